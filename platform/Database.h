@@ -1,0 +1,189 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+#include <QVariantMap>
+#include <vector>
+
+class QSqlDatabase;
+
+namespace platform {
+
+// One row read from the database. Column names are matched without regard to letter case,
+// as the office's database has always compared names.
+class Row
+{
+public:
+    Row() = default;
+    Row(QStringList names, QVariantList values);
+
+    bool isEmpty() const { return m_names.isEmpty(); }
+    int count() const { return int(m_values.size()); }
+    const QStringList& names() const { return m_names; }
+    bool contains(const QString& name) const { return indexOf(name) >= 0; }
+    int indexOf(const QString& name) const;
+    QVariant value(int index) const { return m_values.value(index); }
+    QVariant value(const QString& name) const { return m_values.value(indexOf(name)); }
+    // Text of a column; a Null value reads as an empty text.
+    QString text(const QString& name) const { return value(name).toString(); }
+    bool isNull(const QString& name) const { return value(name).isNull(); }
+
+private:
+    QStringList m_names;
+    QVariantList m_values;
+};
+
+using Rows = std::vector<Row>;
+
+// A column as the table declares it: TEXT(15) gives type "TEXT" and size 15.
+struct ColumnInfo
+{
+    QString name;
+    QString type;
+    int size = -1;
+    bool operator==(const ColumnInfo& o) const
+    {
+        return name == o.name && type == o.type && size == o.size;
+    }
+};
+
+// The one open database of a session. It owns a Qt SQL connection to a SQLite file on which
+// the office's text rules are registered: the collation HU (Hungarian order, letter case
+// ignored, accents kept) and the functions val() and "left"(). Every value is bound.
+class Database
+{
+public:
+    Database();
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // Opens the data file as the database engine does: the account must be in the account
+    // file with that password, and the connect text ("pwd=...") must carry the data file's
+    // own password. On failure the engine's error text is returned and nothing is written.
+    bool open(const QString& dataFile, const QString& accountFile, const QString& account,
+              const QString& accountPassword, const QString& connect, QString* error);
+    // Opens a file without the account check, for reading only (start-up messages that are
+    // needed before the accounts can be checked, and tools).
+    bool openForReading(const QString& dataFile, QString* error);
+    // Opens a file read-write without any check; used when a new data folder is prepared.
+    bool openUnchecked(const QString& dataFile, QString* error);
+    void close();
+    bool isOpen() const;
+    QString filePath() const { return m_filePath; }
+    QString connectionName() const { return m_connectionName; }
+    QSqlDatabase connection() const;
+
+    // Queries. Values are bound to ? placeholders in order.
+    Rows select(const QString& sql, const QVariantList& params = {}, QString* error = nullptr) const;
+    // The first row of the result, or an empty row.
+    Row first(const QString& sql, const QVariantList& params = {}, QString* error = nullptr) const;
+    QVariant scalar(const QString& sql, const QVariantList& params = {},
+                    QString* error = nullptr) const;
+    bool exec(const QString& sql, const QVariantList& params = {}, QString* error = nullptr);
+
+    // Rows. Table and column names come from the program, never from the user.
+    bool insert(const QString& table, const QVariantMap& values, QVariant* newKey = nullptr,
+                QString* error = nullptr);
+    bool update(const QString& table, const QVariantMap& values, const QString& where,
+                const QVariantList& whereParams, QString* error = nullptr);
+    bool remove(const QString& table, const QString& where, const QVariantList& whereParams,
+                QString* error = nullptr);
+
+    // Table definitions.
+    QStringList tables() const;
+    QList<ColumnInfo> columns(const QString& table) const;
+    bool addColumn(const QString& table, const ColumnInfo& column, QString* error = nullptr);
+    bool dropColumn(const QString& table, const QString& column, QString* error = nullptr);
+
+    // Write transactions take the file's write lock at once (BEGIN IMMEDIATE), so that two
+    // workstations never interleave a read-then-write sequence.
+    bool begin(QString* error = nullptr);
+    bool commit(QString* error = nullptr);
+    void rollback();
+    bool inTransaction() const { return m_inTransaction; }
+
+    static QString quoteName(const QString& name);
+
+private:
+    bool openConnection(const QString& dataFile, bool readOnly, bool mustExist, QString* error);
+
+    QString m_connectionName;
+    QString m_filePath;
+    bool m_inTransaction = false;
+};
+
+// Rolls back unless committed.
+class Transaction
+{
+public:
+    explicit Transaction(Database& db, QString* error = nullptr) : m_db(db)
+    {
+        m_active = db.begin(error);
+    }
+    ~Transaction()
+    {
+        if (m_active)
+            m_db.rollback();
+    }
+    bool isActive() const { return m_active; }
+    bool commit(QString* error = nullptr)
+    {
+        if (!m_active)
+            return false;
+        m_active = false;
+        return m_db.commit(error);
+    }
+
+private:
+    Database& m_db;
+    bool m_active = false;
+};
+
+// A new row whose counter key is known before the row is stored: the row is inserted at once
+// inside a write transaction, the columns set afterwards are written by update(), and the
+// whole row disappears again if update() is never called.
+class NewRow
+{
+public:
+    NewRow(Database& db, const QString& table, const QString& keyColumn);
+    ~NewRow();
+    bool isValid() const { return m_key.isValid(); }
+    QString error() const { return m_error; }
+    QVariant key() const { return m_key; }
+    void set(const QString& column, const QVariant& value) { m_values.insert(column, value); }
+    bool update(QString* error = nullptr);
+
+private:
+    Database& m_db;
+    QString m_table;
+    QString m_keyColumn;
+    QVariant m_key;
+    QVariantMap m_values;
+    QString m_error;
+    bool m_open = false;
+};
+
+// Engine texts for the failures the program reports itself.
+namespace EngineError {
+QString accountOrPassword();
+QString databasePassword();
+QString unrecognized(const QString& path);
+QString missingFile(const QString& path);
+QString relatedRecords(const QString& table);
+} // namespace EngineError
+
+// The name of the office's collation: Hungarian alphabetical order, letter case ignored.
+constexpr const char* collation = "HU";
+
+} // namespace platform
+
+namespace platform {
+// Writes a new account file holding one account, and marks an open data file as a Causora
+// database with its own password. Both are used when a data folder is prepared.
+bool createAccountFile(const QString& path, const QString& account, const QString& password,
+                       QString* error);
+bool setDatabasePassword(Database& db, const QString& password, QString* error);
+} // namespace platform

@@ -1,0 +1,123 @@
+#include "platform/SqlFunctions.h"
+
+#include <QCollator>
+#include <QLocale>
+#include <QStringView>
+#include <sqlite3.h>
+
+namespace platform {
+
+double leadingNumber(const QString& text)
+{
+    // Blanks are skipped anywhere in the number, as the office's old engine did: " 1 2" is 12.
+    QString digits;
+    bool seenDigit = false;
+    bool seenPoint = false;
+    int i = 0;
+    const int n = int(text.size());
+    while (i < n && text.at(i).isSpace())
+        ++i;
+    if (i < n && (text.at(i) == u'-' || text.at(i) == u'+'))
+        digits += text.at(i++);
+    for (; i < n; ++i) {
+        const QChar c = text.at(i);
+        if (c >= u'0' && c <= u'9') {
+            digits += c;
+            seenDigit = true;
+        } else if (c == u'.' && !seenPoint) {
+            digits += c;
+            seenPoint = true;
+        } else if (c == u' ' || c == u'\t') {
+            continue;
+        } else {
+            break;
+        }
+    }
+    if (!seenDigit)
+        return 0;
+    return digits.toDouble();
+}
+
+namespace {
+
+int compareHu(void* arg, int len1, const void* s1, int len2, const void* s2)
+{
+    auto* collator = static_cast<QCollator*>(arg);
+    const QStringView a(static_cast<const QChar*>(s1), len1 / 2);
+    const QStringView b(static_cast<const QChar*>(s2), len2 / 2);
+    return collator->compare(a, b);
+}
+
+void destroyCollator(void* arg)
+{
+    delete static_cast<QCollator*>(arg);
+}
+
+void valFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
+{
+    switch (sqlite3_value_type(argv[0])) {
+    case SQLITE_NULL:
+        sqlite3_result_null(ctx);
+        return;
+    case SQLITE_INTEGER:
+        sqlite3_result_int64(ctx, sqlite3_value_int64(argv[0]));
+        return;
+    case SQLITE_FLOAT:
+        sqlite3_result_double(ctx, sqlite3_value_double(argv[0]));
+        return;
+    default:
+        break;
+    }
+    const auto* data = static_cast<const char16_t*>(sqlite3_value_text16(argv[0]));
+    const int bytes = sqlite3_value_bytes16(argv[0]);
+    const double v = leadingNumber(QString::fromUtf16(data, bytes / 2));
+    if (v == double(qint64(v)))
+        sqlite3_result_int64(ctx, qint64(v));
+    else
+        sqlite3_result_double(ctx, v);
+}
+
+void leftFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
+{
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    const auto* data = static_cast<const char16_t*>(sqlite3_value_text16(argv[0]));
+    const int units = sqlite3_value_bytes16(argv[0]) / 2;
+    const qint64 n = qMax<qint64>(0, sqlite3_value_int64(argv[1]));
+    // Count characters, not UTF-16 units, so a prefix never splits a surrogate pair.
+    int end = 0;
+    for (qint64 taken = 0; end < units && taken < n; ++taken)
+        end += QChar::isHighSurrogate(data[end]) && end + 1 < units ? 2 : 1;
+    sqlite3_result_text16(ctx, data, end * 2, SQLITE_TRANSIENT);
+}
+
+} // namespace
+
+bool registerTextRules(sqlite3* handle, QString* error)
+{
+    auto* collator = new QCollator(QLocale(QLocale::Hungarian, QLocale::Hungary));
+    collator->setCaseSensitivity(Qt::CaseInsensitive);
+    collator->setNumericMode(false);
+    int rc = sqlite3_create_collation_v2(handle, "HU", SQLITE_UTF16_ALIGNED, collator, compareHu,
+                                         destroyCollator);
+    if (rc != SQLITE_OK) {
+        // SQLite does not call the destroy callback when registration fails.
+        delete collator;
+        if (error)
+            *error = QString::fromUtf8(sqlite3_errmsg(handle));
+        return false;
+    }
+    const int flags = SQLITE_UTF16 | SQLITE_DETERMINISTIC;
+    rc = sqlite3_create_function_v2(handle, "val", 1, flags, nullptr, valFunction, nullptr,
+                                    nullptr, nullptr);
+    if (rc == SQLITE_OK)
+        rc = sqlite3_create_function_v2(handle, "left", 2, flags, nullptr, leftFunction, nullptr,
+                                        nullptr, nullptr);
+    if (rc != SQLITE_OK && error)
+        *error = QString::fromUtf8(sqlite3_errmsg(handle));
+    return rc == SQLITE_OK;
+}
+
+} // namespace platform

@@ -1,0 +1,25 @@
+#include "session/Session.h"
+
+Session& Session::instance()
+{
+    static Session session;
+    return session;
+}
+
+bool Session::hasRight(int position) const
+{
+    return position >= 1 && position <= rights.size() && rights.at(position - 1) == u'1';
+}
+
+void Session::reset()
+{
+    database.close();
+    userName.clear();
+    rights = QStringLiteral("00000000000000000000");
+    language = 1;
+    dateFormat = QStringLiteral("yyyy.mm.dd");
+    defaultLawyer.clear();
+    dataFilePath.clear();
+    workgroupFilePath.clear();
+    screens = Screens();
+}

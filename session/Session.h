@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/Database.h"
+
+#include <QString>
+#include <functional>
+
+// Where the screens of the subsystems plug in. The program wires these once at start; a slot
+// left empty makes its command do nothing beyond its rights test.
+struct Screens
+{
+    std::function<void(const QString& tipus)> showSearch; // "1" clients, "2" cases
+    std::function<void(const QString& hivo)> showLookupList; // "1" countries, "2" types, "3" lawyers
+    std::function<void()> showUsers;
+    std::function<void()> showParameters;
+    std::function<void()> showPostalCodes;
+    std::function<void()> showPartners;
+    std::function<void()> showBackup;
+    std::function<void()> showRestore;
+    std::function<void()> showCaptionEditor;
+    std::function<void()> showLogin;
+};
+
+// The state of the one running session: who is logged in, what he may do, which language he
+// reads, and the open database that every screen uses.
+class Session
+{
+public:
+    static Session& instance();
+
+    QString userName;
+    QString rights = QStringLiteral("00000000000000000000");
+    qint16 language = 1;
+    QString dateFormat = QStringLiteral("yyyy.mm.dd");
+    QString defaultLawyer;
+    QString dataFilePath;
+    QString workgroupFilePath;
+    platform::Database database;
+    Screens screens;
+
+    // True when the character at position (counting from 1) of the rights string is "1".
+    bool hasRight(int position) const;
+
+    // Back to the values a session has before anything is opened (tests start from here).
+    void reset();
+
+private:
+    Session() = default;
+};

@@ -1,0 +1,24 @@
+#include "store/ErrorLog.h"
+
+#include "platform/Display.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFile>
+
+namespace store {
+
+void hibanaplo(const QString& module, const QString& place, const QString& error)
+{
+    QFile log(QDir(platform::programFolder()).filePath(QStringLiteral("hiba.txt")));
+    if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
+        return;
+    // The date in the office's form, whatever the machine's locale.
+    const QString line = QStringLiteral("Dátum: ") + QDate::currentDate().toString(QStringLiteral("yyyy.MM.dd"))
+            + QStringLiteral(" ** Modul: ") + module + QStringLiteral(" ** Helye: ") + place
+            + QStringLiteral(" ** Hiba: ") + error + QStringLiteral("\r\n");
+    // One write per record, so a record is never split by another.
+    log.write(line.toLocal8Bit());
+}
+
+} // namespace store

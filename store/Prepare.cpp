@@ -1,0 +1,184 @@
+#include "store/Prepare.h"
+
+#include "store/Credentials.h"
+#include "store/Schema.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+
+// The catalogue and postal code lists are compiled into this static library; its resources
+// have to be registered by hand.
+static void initStoreResources()
+{
+    Q_INIT_RESOURCE(store);
+}
+
+namespace store {
+
+namespace {
+
+// Lines of a tab- or comma-separated resource, without its header line.
+QList<QStringList> readTable(const QString& resource, QChar separator, QString* error)
+{
+    initStoreResources();
+    QList<QStringList> rows;
+    QFile f(resource);
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        if (error)
+            *error = QStringLiteral("Cannot read %1").arg(resource);
+        return rows;
+    }
+    const QStringList lines = QString::fromUtf8(f.readAll()).split(u'\n');
+    for (int i = 1; i < lines.size(); ++i) {
+        const QString line = lines.at(i).trimmed();
+        if (!line.isEmpty())
+            rows << line.split(separator);
+    }
+    return rows;
+}
+
+bool fillBase(platform::Database& db, QString* error)
+{
+    return db.insert(QStringLiteral("parameterek"),
+                     {{QStringLiteral("alapnyelv"), 1},
+                      {QStringLiteral("verzio"), QStringLiteral("1.25")},
+                      {QStringLiteral("kelllogon"), 0},
+                      {QStringLiteral("utolsoment"), QVariant()},
+                      {QStringLiteral("modemport"), QStringLiteral("1")},
+                      {QStringLiteral("elotag"), QStringLiteral(" ")},
+                      {QStringLiteral("tonepulse"), -1}},
+                     nullptr, error)
+            && db.insert(QStringLiteral("nyelvek"),
+                         {{QStringLiteral("nyelvkod"), 1}, {QStringLiteral("nyelvnev"), QStringLiteral("Magyar")}},
+                         nullptr, error)
+            && db.insert(QStringLiteral("nyelvek"),
+                         {{QStringLiteral("nyelvkod"), 2}, {QStringLiteral("nyelvnev"), QStringLiteral("Deutsch")}},
+                         nullptr, error)
+            && db.insert(QStringLiteral("nyelvek"),
+                         {{QStringLiteral("nyelvkod"), 3}, {QStringLiteral("nyelvnev"), QStringLiteral("English")}},
+                         nullptr, error)
+            && db.insert(QStringLiteral("orszagok"),
+                         {{QStringLiteral("orszagnev"), QStringLiteral("Magyarország")}}, nullptr, error)
+            && db.insert(QStringLiteral("orszagok"),
+                         {{QStringLiteral("orszagnev"), QStringLiteral("Ausztria")}}, nullptr, error)
+            // The first administrator; the office changes the password on the users screen.
+            && db.insert(QStringLiteral("felhasznalo"),
+                         {{QStringLiteral("felhnev"), QStringLiteral("Rendszergazda")},
+                          {QStringLiteral("loginnev"), QStringLiteral("ADMIN")},
+                          {QStringLiteral("jelszo"), QStringLiteral("admin")},
+                          {QStringLiteral("felhnyelv"), 1},
+                          {QStringLiteral("felhjog"), QStringLiteral("11111111111111111111")},
+                          {QStringLiteral("alapugyv"), QString()}},
+                         nullptr, error);
+}
+
+} // namespace
+
+bool fillCatalogue(platform::Database& db, QString* error)
+{
+    // Captions: one row per screen key, one column per language and control.
+    QMap<QString, QVariantMap> captions;
+    const auto captionLines = readTable(QStringLiteral(":/store/catalogue/felirat.tsv"), u'\t', error);
+    if (captionLines.isEmpty())
+        return false;
+    for (const QStringList& f : captionLines) {
+        if (f.size() < 5)
+            continue;
+        QVariantMap& row = captions[f.at(0)];
+        row.insert(QStringLiteral("felirkod"), f.at(0));
+        for (int lang = 1; lang <= 3; ++lang)
+            row.insert(QString::number(lang) + f.at(1), f.at(1 + lang));
+    }
+    for (const QVariantMap& row : captions) {
+        if (!db.insert(QStringLiteral("felirat"), row, nullptr, error))
+            return false;
+    }
+
+    const auto messageLines = readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', error);
+    if (messageLines.isEmpty())
+        return false;
+    for (const QStringList& f : messageLines) {
+        if (f.size() < 4)
+            continue;
+        if (!db.insert(QStringLiteral("uzenetek"),
+                       {{QStringLiteral("uzenkod"), f.at(0)},
+                        {QStringLiteral("uzen1"), f.at(1)},
+                        {QStringLiteral("uzen2"), f.at(2)},
+                        {QStringLiteral("uzen3"), f.at(3)}},
+                       nullptr, error))
+            return false;
+    }
+    return true;
+}
+
+bool fillPostalCodes(platform::Database& db, QString* error)
+{
+    const QList<QPair<QString, QString>> lists = {
+        {QStringLiteral(":/store/data/postal-codes-hu.csv"), QStringLiteral("Magyarország")},
+        {QStringLiteral(":/store/data/postal-codes-at.csv"), QStringLiteral("Ausztria")},
+    };
+    for (const auto& list : lists) {
+        const auto rows = readTable(list.first, u',', error);
+        if (rows.isEmpty())
+            return false;
+        for (const QStringList& f : rows) {
+            if (f.size() < 2)
+                continue;
+            if (!db.exec(QStringLiteral("INSERT INTO irsz (orszag, irsz, hely) VALUES (?, ?, ?)"),
+                         {list.second, f.at(0), f.at(1)}, error))
+                return false;
+        }
+    }
+    return true;
+}
+
+bool prepareDataFolder(const QString& folder, bool demo, QString* error)
+{
+    QDir dir(folder);
+    if (!dir.exists() && !QDir().mkpath(folder)) {
+        if (error)
+            *error = QStringLiteral("Cannot create the folder %1").arg(folder);
+        return false;
+    }
+    const QString dataPath = dir.filePath(dataFileName());
+    const QString accountPath = dir.filePath(workgroupFileName());
+    if (QFileInfo::exists(dataPath) || QFileInfo::exists(accountPath)) {
+        if (error)
+            *error = QStringLiteral("%1 already holds a data file; nothing was changed.").arg(folder);
+        return false;
+    }
+
+    // Build under a working name and rename at the end, so that a failure leaves no half-made
+    // data file behind for the program to open.
+    const QString workPath = dataPath + QStringLiteral(".new");
+    QFile::remove(workPath);
+    bool ok;
+    {
+        platform::Database db;
+        ok = db.openUnchecked(workPath, error);
+        if (ok) {
+            platform::Transaction t(db, error);
+            ok = t.isActive();
+            for (const QString& statement : schemaStatements()) {
+                if (ok)
+                    ok = db.exec(statement, {}, error);
+            }
+            ok = ok && fillBase(db, error) && fillCatalogue(db, error) && fillPostalCodes(db, error)
+                    && (!demo || fillDemoData(db, error))
+                    && platform::setDatabasePassword(db, databasePassword(), error)
+                    && t.commit(error);
+        }
+        db.close();
+    }
+    ok = ok && platform::createAccountFile(accountPath, databaseAccount(), databasePassword(), error)
+            && QFile::rename(workPath, dataPath);
+    if (!ok) {
+        QFile::remove(workPath);
+        QFile::remove(accountPath);
+    }
+    return ok;
+}
+
+} // namespace store

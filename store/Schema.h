@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Database.h"
+
+#include <QString>
+
+namespace store {
+
+// The layout of causora.mdb, written in this one place: every table with its columns, keys and
+// indexes, and the triggers that refuse deleting a lookup entry that rows still use.
+// Only SQLite's own types and collations are used, so the sqlite3 tool reads the file.
+QStringList schemaStatements();
+
+// Creates every table of a new, empty database. Returns false with the engine's text.
+bool createSchema(platform::Database& db, QString* error);
+
+// The caption table's text columns in table order: 1sz1 .. 1sz39, 1g1 .. 1g10, then 2.., 3...
+QStringList captionColumns();
+
+} // namespace store

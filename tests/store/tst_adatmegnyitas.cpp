@@ -1,0 +1,252 @@
+#include "TestSupport.h"
+
+#include "session/Session.h"
+#include "store/DataLocation.h"
+#include "store/dataeler.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+using testsupport::TestFolder;
+
+namespace {
+
+// Every file below a folder with its size and modification time, to show nothing was touched.
+QStringList snapshot(const QString& root)
+{
+    QStringList files;
+    QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QFileInfo f(it.next());
+        files << QStringLiteral("%1 %2 %3").arg(f.filePath()).arg(f.size()).arg(
+                f.lastModified().toMSecsSinceEpoch());
+    }
+    files.sort();
+    return files;
+}
+
+// Closes the data-location screen as soon as it is shown modally, noting that it was.
+struct LocationScreenWatcher
+{
+    bool shown = false;
+    QTimer timer;
+    LocationScreenWatcher()
+    {
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            if (QWidget* w = QApplication::activeModalWidget()) {
+                shown = shown || w->objectName() == QLatin1String("dataeler");
+                w->close();
+            }
+        });
+        timer.start(20);
+    }
+};
+
+} // namespace
+
+class tst_adatmegnyitas : public QObject
+{
+    Q_OBJECT
+private slots:
+    void readsTheDataFolderFromTheSettingsLine_data();
+    void readsTheDataFolderFromTheSettingsLine();
+    void opensWithQuotedAndUnquotedLines_data();
+    void opensWithQuotedAndUnquotedLines();
+    void trailingSeparatorStillOpens();
+    void failuresShowTheirMessageAndTouchNothing_data();
+    void failuresShowTheirMessageAndTouchNothing();
+    void engineRefusalEndsTheStart();
+    void startingValuesOfTheSession();
+    void defaultLawyerOnlyWhenThereIsExactlyOne_data();
+    void defaultLawyerOnlyWhenThereIsExactlyOne();
+    void locationScreenWritesTheQuotedLine();
+};
+
+void tst_adatmegnyitas::readsTheDataFolderFromTheSettingsLine_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("readable");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("quoted") << "\"path=/srv/iroda/adat\"\r\n" << true << "/srv/iroda/adat";
+    QTest::newRow("unquoted") << "path=/srv/iroda/adat\r\n" << true << "/srv/iroda/adat";
+    QTest::newRow("text before and after") << "[x]\r\n\"path=/a b/c\"\r\nmore\r\n" << true << "/a b/c";
+    QTest::newRow("line feed only") << "path=/srv/adat\n" << true << "/srv/adat";
+    QTest::newRow("no path entry") << "folder=/srv/adat\r\n" << false << "";
+    QTest::newRow("no line end") << "\"path=/srv/adat\"" << false << "";
+}
+
+void tst_adatmegnyitas::readsTheDataFolderFromTheSettingsLine()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, readable);
+    QFETCH(QString, folder);
+    QString found;
+    QCOMPARE(store::dataFolderFromSettings(text, &found), readable);
+    if (readable)
+        QCOMPARE(found, folder);
+}
+
+void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
+{
+    QTest::addColumn<bool>("quoted");
+    QTest::newRow("quoted") << true;
+    QTest::newRow("unquoted") << false;
+}
+
+void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
+{
+    QFETCH(bool, quoted);
+    TestFolder folder;
+    const QString line = quoted ? "\"path=" + folder.dataFolder() + "\"\r\n"
+                                : "path=" + folder.dataFolder() + "\r\n";
+    testsupport::writeFile(folder.programFolder() + "/jog.ini", line.toLocal8Bit());
+    testsupport::MessageRecorder messages;
+    QVERIFY(store::adatmegnyitas());
+    QVERIFY(messages.shown().isEmpty());
+    QCOMPARE(Session::instance().dataFilePath, folder.dataFolder() + "/causora.mdb");
+    QCOMPARE(Session::instance().workgroupFilePath, folder.dataFolder() + "/caujog.mdw");
+    QVERIFY(Session::instance().database.isOpen());
+}
+
+void tst_adatmegnyitas::trailingSeparatorStillOpens()
+{
+    TestFolder folder;
+    testsupport::writeFile(folder.programFolder() + "/jog.ini",
+                           ("\"path=" + folder.dataFolder() + "/\"\r\n").toLocal8Bit());
+    QVERIFY(store::adatmegnyitas());
+    QCOMPARE(Session::instance().dataFilePath, folder.dataFolder() + "//causora.mdb");
+}
+
+void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing_data()
+{
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<bool>("locationScreen");
+    // In the messages, P stands for the program folder and D for the data folder.
+    QTest::newRow("no settings file") << "no ini" << "P/jog.ini    Not found " << false;
+    QTest::newRow("empty settings file") << "empty ini" << "Bad inifile" << true;
+    QTest::newRow("no path entry") << "no path" << "Bad inifile" << true;
+    QTest::newRow("no line end") << "no line end" << "Bad inifile" << true;
+    QTest::newRow("no data file") << "no mdb" << "D/causora.mdb   Not found" << true;
+    QTest::newRow("no account file")
+            << "no mdw" << "D/caujog.mdw  A munkacsoport-információs fájl nem található." << false;
+}
+
+void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, message);
+    QFETCH(bool, locationScreen);
+    TestFolder folder;
+    const QString ini = folder.programFolder() + "/jog.ini";
+    const QByteArray good = ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit();
+    if (setup == "empty ini")
+        testsupport::writeFile(ini, "");
+    else if (setup == "no path")
+        testsupport::writeFile(ini, "adat=" + folder.dataFolder().toLocal8Bit() + "\r\n");
+    else if (setup == "no line end")
+        testsupport::writeFile(ini, "\"path=" + folder.dataFolder().toLocal8Bit() + "\"");
+    else if (setup != "no ini")
+        testsupport::writeFile(ini, good);
+    if (setup == "no mdb")
+        QFile::remove(folder.dataFile());
+    if (setup == "no mdw")
+        QFile::remove(folder.dataFolder() + "/caujog.mdw");
+
+    // The expected text of nincsmeg is the catalogue's own Hungarian text.
+    if (setup == "no mdw") {
+        platform::Database db;
+        QVERIFY(db.openForReading(folder.dataFile(), nullptr));
+        message = "D/caujog.mdw  " + db.scalar("SELECT uzen1 FROM uzenetek WHERE uzenkod = 'nincsmeg'").toString();
+    }
+    message.replace(QLatin1String("P/"), folder.programFolder() + "/");
+    message.replace(QLatin1String("D/"), folder.dataFolder() + "/");
+
+    const QStringList before = snapshot(folder.root());
+    testsupport::MessageRecorder messages;
+    LocationScreenWatcher watcher;
+    QVERIFY(!store::adatmegnyitas());
+    QCOMPARE(messages.texts(), QStringList{message});
+    QCOMPARE(watcher.shown, locationScreen);
+    QCOMPARE(snapshot(folder.root()), before);
+    QVERIFY(!Session::instance().database.isOpen());
+}
+
+void tst_adatmegnyitas::engineRefusalEndsTheStart()
+{
+    TestFolder folder;
+    testsupport::writeFile(folder.dataFile(), "this is not a database");
+    const QStringList before = snapshot(folder.root());
+    testsupport::MessageRecorder messages;
+    QVERIFY(!folder.open());
+    QCOMPARE(messages.shown().size(), 1);
+    QVERIFY(messages.texts().first().startsWith("Unrecognized database format"));
+    QCOMPARE(messages.shown().first().style, int(platform::ErrorNotice));
+    // Only jog.ini, written by the test, is new.
+    QStringList after = snapshot(folder.root());
+    after.removeIf([](const QString& f) { return f.contains("/jog.ini "); });
+    QCOMPARE(after, before);
+}
+
+void tst_adatmegnyitas::startingValuesOfTheSession()
+{
+    for (const bool loginNeeded : {false, true}) {
+        TestFolder folder;
+        {
+            platform::Database db;
+            QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
+            QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {loginNeeded ? -1 : 0}));
+        }
+        QVERIFY(folder.open());
+        const Session& s = Session::instance();
+        QCOMPARE(s.rights, QString(20, loginNeeded ? u'0' : u'1'));
+        QCOMPARE(s.language, qint16(3));
+        QCOMPARE(s.userName, QString());
+        QCOMPARE(s.dateFormat, QStringLiteral("yyyy.mm.dd"));
+    }
+}
+
+void tst_adatmegnyitas::defaultLawyerOnlyWhenThereIsExactlyOne_data()
+{
+    QTest::addColumn<QStringList>("lawyers");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("none") << QStringList() << "";
+    QTest::newRow("one") << QStringList{"Dr. Kis Anna"} << "Dr. Kis Anna";
+    QTest::newRow("two") << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"} << "";
+}
+
+void tst_adatmegnyitas::defaultLawyerOnlyWhenThereIsExactlyOne()
+{
+    QFETCH(QStringList, lawyers);
+    QFETCH(QString, expected);
+    TestFolder folder;
+    {
+        platform::Database db;
+        QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
+        for (const QString& l : lawyers)
+            QVERIFY(db.exec("INSERT INTO ugyvedek (ugyvednev) VALUES (?)", {l}));
+    }
+    QVERIFY(folder.open());
+    QCOMPARE(Session::instance().defaultLawyer, expected);
+}
+
+void tst_adatmegnyitas::locationScreenWritesTheQuotedLine()
+{
+    TestFolder folder;
+    dataeler screen;
+    QCOMPARE(screen.currentFolder(), folder.programFolder());
+    screen.setFolder(folder.dataFolder() + "/");
+    QTest::mouseClick(screen.findChild<QPushButton*>("ok"), Qt::LeftButton);
+    QCOMPARE(testsupport::readFile(folder.programFolder() + "/jog.ini"),
+             ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
+    // The line it writes is read back as the same folder.
+    QVERIFY(folder.open());
+}
+
+QTEST_MAIN(tst_adatmegnyitas)
+#include "tst_adatmegnyitas.moc"

@@ -1,0 +1,132 @@
+#include "TestSupport.h"
+
+#include "platform/Display.h"
+#include "session/Session.h"
+#include "store/DataLocation.h"
+#include "store/Prepare.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace testsupport {
+
+namespace {
+// One prepared folder per test process and kind; each test copies it, which is far quicker
+// than preparing anew and gives the same files.
+QString templateFolder(bool demo)
+{
+    static QTemporaryDir templates;
+    const QString folder = templates.filePath(demo ? QStringLiteral("demo") : QStringLiteral("plain"));
+    if (!QFile::exists(folder + QStringLiteral("/causora.mdb"))) {
+        QString error;
+        if (!store::prepareDataFolder(folder, demo, &error))
+            qWarning("prepare failed: %s", qPrintable(error));
+    }
+    return folder;
+}
+// With no recorder in place a box must never wait for a user: it is reported and answered with
+// its default button.
+int unexpectedMessage(const platform::ShownMessage& m)
+{
+    qWarning("message box: %s", qPrintable(m.text));
+    if (m.style == platform::Confirmation)
+        return platform::AnswerNo;
+    return m.style == platform::RestoreQuestion ? platform::AnswerYes : platform::AnswerOk;
+}
+} // namespace
+
+void installUnexpectedMessageHandler()
+{
+    platform::setMessageHandler(unexpectedMessage);
+}
+
+TestFolder::TestFolder(bool demo)
+{
+    const QString source = templateFolder(demo);
+    QDir().mkpath(programFolder());
+    QDir().mkpath(dataFolder());
+    m_valid = QFile::copy(source + QStringLiteral("/causora.mdb"), dataFile())
+            && QFile::copy(source + QStringLiteral("/caujog.mdw"),
+                           dataFolder() + QStringLiteral("/caujog.mdw"));
+    Session::instance().reset();
+    platform::setProgramFolder(programFolder());
+    installUnexpectedMessageHandler();
+}
+
+TestFolder::~TestFolder()
+{
+    Session::instance().reset();
+    platform::setProgramFolder(QString());
+}
+
+QString TestFolder::programFolder() const
+{
+    return m_dir.filePath(QStringLiteral("program"));
+}
+
+QString TestFolder::dataFolder() const
+{
+    return m_dir.filePath(QStringLiteral("adat"));
+}
+
+QString TestFolder::dataFile() const
+{
+    return dataFolder() + QStringLiteral("/causora.mdb");
+}
+
+bool TestFolder::open()
+{
+    writeFile(programFolder() + QStringLiteral("/jog.ini"),
+              store::settingsLine(dataFolder()).toLocal8Bit());
+    return store::adatmegnyitas();
+}
+
+platform::Database& TestFolder::db()
+{
+    return Session::instance().database;
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        f.write(bytes);
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+MessageRecorder::MessageRecorder()
+{
+    platform::setMessageHandler([this](const platform::ShownMessage& m) {
+        m_shown << m;
+        if (!m_answers.empty()) {
+            const int a = m_answers.front();
+            m_answers.pop_front();
+            return a;
+        }
+        if (m.style == platform::Confirmation)
+            return int(platform::AnswerNo);
+        if (m.style == platform::RestoreQuestion)
+            return int(platform::AnswerYes);
+        return int(platform::AnswerOk);
+    });
+}
+
+MessageRecorder::~MessageRecorder()
+{
+    installUnexpectedMessageHandler();
+}
+
+QStringList MessageRecorder::texts() const
+{
+    QStringList t;
+    for (const auto& m : m_shown)
+        t << m.text;
+    return t;
+}
+
+} // namespace testsupport

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Database.h"
+#include "platform/Messages.h"
+
+#include <QList>
+#include <QTemporaryDir>
+#include <deque>
+
+namespace testsupport {
+
+// A fresh data folder in its own temporary directory, prepared by the same code as
+// causora-prepare, beside a stand-in program folder that holds jog.ini and hiba.txt.
+class TestFolder
+{
+public:
+    explicit TestFolder(bool demo = false);
+    ~TestFolder();
+    bool isValid() const { return m_valid; }
+    QString root() const { return m_dir.path(); }
+    QString programFolder() const;
+    QString dataFolder() const;
+    QString dataFile() const;
+    // Writes jog.ini naming the data folder and runs the start-up open; true when it opened.
+    bool open();
+    platform::Database& db();
+
+private:
+    QTemporaryDir m_dir;
+    bool m_valid = false;
+};
+
+// Reports any message box that no test expected instead of waiting for a user.
+void installUnexpectedMessageHandler();
+
+// Writes a file byte for byte.
+void writeFile(const QString& path, const QByteArray& bytes);
+QByteArray readFile(const QString& path);
+
+// Stands in for the user in front of message boxes: records every box and answers from a
+// script; with nothing scripted it presses the box's default button.
+class MessageRecorder
+{
+public:
+    MessageRecorder();
+    ~MessageRecorder();
+    void answer(int answer) { m_answers.push_back(answer); }
+    const QList<platform::ShownMessage>& shown() const { return m_shown; }
+    QStringList texts() const;
+    void clear() { m_shown.clear(); }
+
+private:
+    QList<platform::ShownMessage> m_shown;
+    std::deque<int> m_answers;
+};
+
+} // namespace testsupport
