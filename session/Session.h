@@ -5,6 +5,19 @@
 #include <QString>
 #include <functional>
 
+class QWidget;
+
+// What the search screen hands to a register screen: the chosen row's key (ksorsz: a client's
+// ukod or a case's ugyszam), the list query the search screen shows (the browse set of the
+// register screen), and the search screen itself, shown again when the register screen closes.
+struct ListChoice
+{
+    QString key;
+    QString query;
+    QVariantList params;
+    QWidget* search = nullptr;
+};
+
 // Where the screens of the subsystems plug in. The program wires these once at start; a slot
 // left empty makes its command do nothing beyond its rights test.
 struct Screens
@@ -19,6 +32,11 @@ struct Screens
     std::function<void()> showRestore;
     std::function<void()> showCaptionEditor;
     std::function<void()> showLogin;
+    // From the search screen: a chosen row, or a new record (the key is then empty).
+    std::function<void(const ListChoice&)> showClient;
+    std::function<void(const ListChoice&)> newClient;
+    std::function<void(const ListChoice&)> showCase;
+    std::function<void(const ListChoice&)> newCase;
 };
 
 // The state of the one running session: who is logged in, what he may do, which language he
