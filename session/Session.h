@@ -32,6 +32,8 @@ struct Screens
     std::function<void()> showRestore;
     std::function<void()> showCaptionEditor;
     std::function<void()> showLogin;
+    // Screens that hide the main menu show it again through this when they close.
+    std::function<void()> showMainMenu;
     // From the search screen: a chosen row, or a new record (the key is then empty).
     std::function<void(const ListChoice&)> showClient;
     std::function<void(const ListChoice&)> newClient;
