@@ -30,8 +30,8 @@ void ListSource::setRecordSource(const QString& sql, const QVariantList& params)
 
 bool ListSource::refresh(QString* error)
 {
+    // The model needs a scrollable query; SQLite still reads it forward as rows are fetched.
     QSqlQuery q(m_db.connection());
-    q.setForwardOnly(true);
     bool ok = q.prepare(m_sql);
     if (ok) {
         for (const QVariant& v : m_params)
