@@ -289,7 +289,7 @@ void tst_Database::aShortLockByAnotherCopyIsWaitedFor()
     OtherCopy other(folder.dataFile());
     QSignalSpy locked(&other, &OtherCopy::locked);
     other.start();
-    QVERIFY(locked.wait(5000));
+    QTRY_VERIFY_WITH_TIMEOUT(locked.count() == 1, 5000);
     QString error;
     QVERIFY2(folder.db().exec("INSERT INTO tipusok (tipus) VALUES ('Ez a gép')", {}, &error),
              qPrintable(error));
