@@ -1,17 +1,16 @@
-#include "store/DataLocation.h"
+#include "locale/felir.h"
+#include "session/Alap.h"
 
 #include <QApplication>
-#include <QMainWindow>
 
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Causora"));
-    if (!store::adatmegnyitas())
+    Alap menu;
+    if (!menu.load())
         return 1;
-    QMainWindow window;
-    window.setObjectName(QStringLiteral("fo"));
-    window.setWindowTitle(QStringLiteral("Causora"));
-    window.show();
+    installCaptionEditor(&menu);
+    menu.show();
     return app.exec();
 }

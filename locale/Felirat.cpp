@@ -33,6 +33,18 @@ QString captionKey(const QWidget* screen)
     return name;
 }
 
+// A control of the screen's own window: screens that own other windows (the main menu owns the
+// login and caption editor windows) must not write into those.
+QWidget* control(QWidget* screen, const QString& name)
+{
+    const QList<QWidget*> found = screen->findChildren<QWidget*>(name);
+    for (QWidget* w : found) {
+        if (w->window() == screen->window())
+            return w;
+    }
+    return nullptr;
+}
+
 void setCaption(QWidget* control, const QString& text)
 {
     if (auto* label = qobject_cast<QLabel*>(control))
@@ -64,9 +76,9 @@ void feliratoz(QWidget* screen)
         return;
     auto apply = [&](const char* kind, int count) {
         for (int n = 1; n <= count; ++n) {
-            const QString control = QStringLiteral("%1%2").arg(QLatin1String(kind)).arg(n);
-            QWidget* widget = screen->findChild<QWidget*>(control);
-            const QString column = QString::number(lang) + control;
+            const QString name = QStringLiteral("%1%2").arg(QLatin1String(kind)).arg(n);
+            QWidget* widget = control(screen, name);
+            const QString column = QString::number(lang) + name;
             if (!widget || !row.contains(column) || row.isNull(column))
                 continue;
             setCaption(widget, row.text(column));

@@ -1,0 +1,11 @@
+#pragma once
+
+struct Screens;
+
+namespace search {
+
+// Plugs the search screen into the program: screens.showSearch opens it in clients ("1") or
+// cases ("2") mode. There is one search screen; opening it again reuses it.
+void install(Screens& screens);
+
+} // namespace search

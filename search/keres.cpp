@@ -1,0 +1,319 @@
+#include "search/keres.h"
+#include "ui_keres.h"
+
+#include "locale/Felirat.h"
+#include "locale/Uzenet.h"
+#include "platform/Display.h"
+#include "platform/ListSource.h"
+#include "platform/Messages.h"
+#include "platform/Printer.h"
+#include "search/ListPrint.h"
+#include "session/Jog.h"
+#include "session/Session.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace {
+
+const QString clientColumns = QStringLiteral(
+        "ukod, unev1, unev2, uorszag, uirsz, uhely, uutca, utel1, utel2, ufax, uemail,"
+        " ucegprivat, uanyja, uszemszam, uadoszam, ucegszam");
+const QString caseOrder = QStringLiteral(" ORDER BY val(ugyek.ugyszam), ugyek.ugyszam");
+const QString caseJoin =
+        QStringLiteral(" FROM ugyek INNER JOIN ugyfelek ON ugyek.ugyfelkod = ugyfelek.ukod");
+
+// A prefix condition: the first n characters of the column equal the typed text, compared as
+// the office compares text (letter case ignored, accents kept). Both values are bound.
+QString prefix(const char* column)
+{
+    return QStringLiteral("(\"left\"(%1, ?) = ? COLLATE HU)").arg(QLatin1String(column));
+}
+
+// Keys below this code (Backspace, Tab, Enter, Shift, Ctrl, Alt, Pause, Caps Lock) leave the
+// date filter as typed, so that the user can still correct it.
+bool shapesDate(int key)
+{
+    switch (key) {
+    case Qt::Key_Backspace:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+    case Qt::Key_Clear:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Pause:
+    case Qt::Key_CapsLock:
+        return false;
+    default:
+        return true;
+    }
+}
+
+// The date filter as the query uses it: one trailing separator dropped, and only a year, a
+// month or a whole day kept.
+QString dateFilter(const QString& typed)
+{
+    QString text = typed;
+    if (text.size() > 1 && (text.endsWith(u'.') || text.endsWith(u'/')))
+        text = text.chopped(1).trimmed();
+    const int n = int(text.size());
+    return n == 4 || n == 7 || n == 10 ? text : QString();
+}
+
+} // namespace
+
+keres::keres(QWidget* parent)
+    : QWidget(parent), ui(std::make_unique<Ui::keres>()),
+      m_forras(new platform::ListSource(Session::instance().database, this))
+{
+    ui->setupUi(this);
+    m_forras->setObjectName(QStringLiteral("forras"));
+    m_forras->bind(ui->DataGrid1);
+    for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
+        filter->installEventFilter(this);
+    connect(ui->g1, &QPushButton::clicked, this, &keres::g1_Click);
+    connect(ui->g2, &QPushButton::clicked, this, &keres::g2_Click);
+    connect(ui->g3, &QPushButton::clicked, this, &keres::szukites);
+    connect(ui->g4, &QPushButton::clicked, this, &keres::g4_Click);
+    connect(ui->g5, &QPushButton::clicked, this, &keres::g5_Click);
+    // Activation is a double click or Enter on a row (a single click where the desktop is set
+    // to open items so), the same gesture as on the partner and postal-code screens.
+    connect(ui->DataGrid1, &QAbstractItemView::activated, this, &keres::DataGrid1_RowChosen);
+}
+
+keres::~keres() = default;
+
+void keres::setTipus(const QString& tipus)
+{
+    ui->tipus->setText(tipus);
+}
+
+bool keres::clientsMode() const
+{
+    return ui->tipus->text().trimmed() == QLatin1String("1");
+}
+
+void keres::Activate()
+{
+    platform::placeOnDisplay(this, 1.8);
+    for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
+        filter->clear();
+    QString sql;
+    QColor colour;
+    if (clientsMode()) {
+        sql = QStringLiteral("SELECT %1 FROM ugyfelek ORDER BY unev1 COLLATE HU").arg(clientColumns);
+        colour = QColor(255, 128, 0);
+    } else {
+        sql = QStringLiteral(
+                      "SELECT ugyszam, unev1, ugytipus, ugyved, kezdet, zaras, ugyfelkod,"
+                      " megjegyzes, ellnev, ellorszag, ellhely, ellutca, ellirsz, ellugyvorsz,"
+                      " elltelefon, ellugyvnev, ellugyvhely, ellugyvutca, ellugyvirsz,"
+                      " ellugyvorsz, ellugyvtel1, ellugyvtel2, ellugyvfax, ellugyvemail,"
+                      " feljegyzes")
+                + caseJoin + caseOrder;
+        colour = QColor(0, 192, 192);
+    }
+    feliratoz(this);
+    for (QWidget* w : {static_cast<QWidget*>(this), static_cast<QWidget*>(ui->sz1)}) {
+        QPalette p = w->palette();
+        p.setColor(QPalette::Window, colour);
+        w->setPalette(p);
+    }
+    showList(sql, {});
+    ui->ker1->setFocus();
+}
+
+void keres::szukites()
+{
+    QString sql;
+    QVariantList params;
+    auto bindPrefix = [&params](const QString& text) {
+        params << int(text.size()) << text;
+    };
+    if (clientsMode()) {
+        sql = QStringLiteral("SELECT %1 FROM ugyfelek WHERE %2 AND %3 AND %4 AND %5 AND %6"
+                             " ORDER BY unev1 COLLATE HU")
+                      .arg(clientColumns, prefix("unev1"), prefix("uorszag"), prefix("uhely"),
+                           prefix("uutca"), prefix("uirsz"));
+        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
+            bindPrefix(filter->text());
+    } else {
+        sql = QStringLiteral(
+                      "SELECT ugyszam, unev1, ugytipus, ugyved, kezdet, zaras, ugyfelkod,"
+                      " megjegyzes, ellnev, ellorszag, ellhely, ellutca, ellirsz, ellugyvorsz,"
+                      " elltelefon, ellugyvnev, ellugyvorsz, ellugyvhely, ellugyvutca,"
+                      " ellugyvirsz, ellugyvtel1, ellugyvtel2, ellugyvfax, ellugyvemail,"
+                      " feljegyzes")
+                + caseJoin
+                + QStringLiteral(" WHERE %1 AND %2 AND %3 AND %4")
+                          .arg(prefix("ugyszam"), prefix("unev1"), prefix("ugytipus"),
+                               prefix("ellnev"));
+        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4})
+            bindPrefix(filter->text());
+        const QString date = dateFilter(ui->ker5->text());
+        if (!date.isEmpty()) {
+            sql += QStringLiteral(" AND ") + prefix("kezdet");
+            bindPrefix(date);
+        }
+        sql += caseOrder;
+    }
+    showList(sql, params);
+}
+
+void keres::showList(const QString& sql, const QVariantList& params)
+{
+    m_forras->setRecordSource(sql, params);
+    QString error;
+    if (!m_forras->refresh(&error))
+        platform::messageBox(error, platform::ErrorNotice, QString(), this);
+    oszlopok();
+}
+
+void keres::oszlopok()
+{
+    if (clientsMode())
+        platform::gridoszlopok(ui->DataGrid1, {{QStringLiteral("unev1"), ui->sz2, 3000},
+                                               {QStringLiteral("uorszag"), ui->sz3, 1500},
+                                               {QStringLiteral("uirsz"), ui->sz6, 700},
+                                               {QStringLiteral("uhely"), ui->sz4, 2500},
+                                               {QStringLiteral("uutca"), ui->sz5, 2200}});
+    else
+        platform::gridoszlopok(ui->DataGrid1, {{QStringLiteral("ugyszam"), ui->sz2, 900},
+                                               {QStringLiteral("unev1"), ui->sz3, 2700},
+                                               {QStringLiteral("ugytipus"), ui->sz4, 2100},
+                                               {QStringLiteral("kezdet"), ui->sz6, 1300},
+                                               {QStringLiteral("ellnev"), ui->sz5, 2800}});
+}
+
+void keres::g1_Click()
+{
+    if (!jogos(8, this))
+        return;
+    for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
+        filter->clear();
+    szukites();
+    const ListChoice choice{QString(), m_forras->recordSource(), m_forras->parameters(), this};
+    const Screens& screens = Session::instance().screens;
+    const auto& open = clientsMode() ? screens.newClient : screens.newCase;
+    if (open)
+        open(choice);
+}
+
+void keres::g2_Click()
+{
+    close();
+    if (const auto& menu = Session::instance().screens.showMainMenu)
+        menu();
+}
+
+void keres::g4_Click()
+{
+    DataGrid1_RowChosen();
+}
+
+void keres::DataGrid1_RowChosen()
+{
+    const int position = m_forras->position();
+    ui->jelzo->setText(QString::number(position));
+    if (position == -1)
+        return;
+    ui->ksorsz->setText(m_forras->value(position - 1, 0).toString());
+    const ListChoice choice{ui->ksorsz->text(), m_forras->recordSource(), m_forras->parameters(),
+                            this};
+    const Screens& screens = Session::instance().screens;
+    const QString tipus = ui->tipus->text().trimmed();
+    if (tipus == QLatin1String("1") && screens.showClient)
+        screens.showClient(choice);
+    else if (tipus == QLatin1String("2") && screens.showCase)
+        screens.showCase(choice);
+}
+
+void keres::g5_Click()
+{
+    search::PrintedList list;
+    list.clients = clientsMode();
+    list.query = m_forras->recordSource();
+    list.params = m_forras->parameters();
+    list.headings = list.clients
+            ? QStringList{ui->sz2->text(), ui->sz6->text(), ui->sz4->text(), ui->sz5->text()}
+            : QStringList{ui->sz2->text(), ui->sz3->text(), ui->sz4->text(), ui->sz5->text()};
+    list.measureFont = font();
+    const std::unique_ptr<platform::Printer> printer = platform::openDefaultPrinter(this);
+    switch (search::listanyomtatas(list, Session::instance().database, printer.get())) {
+    case search::PrintResult::NoPrinter:
+        // The one notice whose text is the program's own, not the catalogue's.
+        platform::messageBox(QStringLiteral("nincs nyomtató telepítve"), platform::Notice,
+                             QString(), this);
+        break;
+    case search::PrintResult::Failed:
+        uzenet(QStringLiteral("nyomhiba"), platform::Notice, this);
+        break;
+    case search::PrintResult::Printed:
+        break;
+    }
+}
+
+void keres::keltezes()
+{
+    // Shapes the date filter into "yyyy.mm.dd" while it is typed.
+    QLineEdit* field = ui->ker5;
+    QString text = field->text();
+    const int n = int(text.size());
+    if (n == 0)
+        return;
+    const QChar last = text.back();
+    if (n == 4 || n == 7) {
+        if (last.isDigit())
+            text += u'.';
+        else
+            text.chop(1);
+    } else if (last.isDigit()) {
+        return;
+    } else if ((last == u'.' || last == u'/') && (n == 5 || n == 8)) {
+        return;
+    } else {
+        text.chop(1);
+    }
+    field->setText(text);
+    field->end(false);
+}
+
+bool keres::eventFilter(QObject* watched, QEvent* e)
+{
+    if (e->type() == QEvent::KeyRelease) {
+        const auto* key = static_cast<QKeyEvent*>(e);
+        if (!key->isAutoRepeat()) {
+            if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+                szukites();
+            } else if (watched == ui->ker5 && !clientsMode() && shapesDate(key->key())) {
+                keltezes();
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, e);
+}
+
+bool keres::event(QEvent* e)
+{
+    if (e->type() == QEvent::WindowDeactivate) {
+        // A message box or dialog of this screen is part of it; another screen is not.
+        const QWidget* next = QApplication::activeWindow();
+        m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
+                && next->windowModality() == Qt::NonModal;
+    } else if (e->type() == QEvent::WindowActivate && m_activateOnReturn) {
+        m_activateOnReturn = false;
+        Activate();
+    }
+    return QWidget::event(e);
+}
+
+void keres::showEvent(QShowEvent* e)
+{
+    QWidget::showEvent(e);
+    if (!e->spontaneous())
+        Activate();
+}

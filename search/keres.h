@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+namespace platform {
+class ListSource;
+} // namespace platform
+
+namespace Ui {
+class keres;
+} // namespace Ui
+
+// The search screen: lists every client ("1" in tipus) or every case ("2"), narrows the list
+// by five prefix filters and hands the chosen row to the client or case screen.
+class keres : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit keres(QWidget* parent = nullptr);
+    ~keres() override;
+
+    // The mode, "1" clients or "2" cases; set it before the screen is shown.
+    void setTipus(const QString& tipus);
+    platform::ListSource& forras() const { return *m_forras; }
+
+public slots:
+    // What happens each time the screen becomes active: the whole register listed again with
+    // empty filters, captions and colour by mode, focus on the first filter.
+    void Activate();
+    void szukites();
+    void g1_Click();
+    void g2_Click();
+    void g4_Click();
+    void g5_Click();
+    // The grid's row event: a double click or Enter on a row.
+    void DataGrid1_RowChosen();
+
+protected:
+    bool event(QEvent* e) override;
+    void showEvent(QShowEvent* e) override;
+    bool eventFilter(QObject* watched, QEvent* e) override;
+
+private:
+    bool clientsMode() const;
+    void oszlopok();
+    void showList(const QString& sql, const QVariantList& params);
+    void keltezes();
+
+    std::unique_ptr<Ui::keres> ui;
+    platform::ListSource* m_forras;
+    // Set when another screen of the program took the focus; coming back then lists again.
+    bool m_activateOnReturn = false;
+};
