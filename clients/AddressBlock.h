@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class QComboBox;
+class QLineEdit;
+class QListWidget;
+class QListWidgetItem;
+
+namespace clients {
+
+class ComboAutoComplete;
+
+// The postal code of a place in a country from the postal code register: the first matching
+// row in the register's order, or an empty text. An empty country shows "nincsorsz".
+QString irszhelybol(const QString& country, const QString& place);
+
+// One address block of a screen: the country box, the postal-code field, the place field and
+// the hidden list of places. It fills the place from a changed postal code (with the
+// "Budapest" and "Wien" shortcuts for the two capitals), offers the list when a code has
+// several places, fills an empty postal code from the place, and completes the country as it
+// is typed. It writes only into the block's own fields.
+class AddressBlock : public QObject
+{
+    Q_OBJECT
+public:
+    AddressBlock(QComboBox* country, QLineEdit* postalCode, QLineEdit* place,
+                 QListWidget* placeList, QObject* parent = nullptr);
+
+    // Set whenever the postal code's text changes (typed or written by the screen); cleared by
+    // a register lookup or a choice from the list.
+    bool irszvaltozott() const { return m_irszvaltozott; }
+    ComboAutoComplete* autoComplete() const { return m_autoComplete; }
+
+public slots:
+    // On leaving the postal-code field.
+    void irszbolhely();
+    // On leaving the place field, when the postal code is empty.
+    void helybolirsz();
+    // A place chosen from the list.
+    void helylistaClick(QListWidgetItem* item);
+    void helylistaLostFocus();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QComboBox* m_country;
+    QLineEdit* m_postalCode;
+    QLineEdit* m_place;
+    QListWidget* m_placeList;
+    ComboAutoComplete* m_autoComplete;
+    bool m_irszvaltozott = false;
+};
+
+} // namespace clients
