@@ -99,6 +99,7 @@ int main(int argc, char** argv)
     screen.setTipus(QStringLiteral("1"));
     result[QStringLiteral("clients_activate_ms")] = timeMs([&] { screen.Activate(); }, runs);
     result[QStringLiteral("clients_activate_sql")] = screen.forras().recordSource();
+    result[QStringLiteral("clients_activate_rows")] = screen.forras().rowCount();
 
     // 10,000 case rows printed to a PDF file.
     search::PrintedList list;

@@ -181,13 +181,15 @@ QSqlDatabase Database::connection() const
 
 bool Database::isOpen() const
 {
-    return QSqlDatabase::contains(m_connectionName) && connection().isOpen();
+    return m_registered && connection().isOpen();
 }
 
 void Database::close()
 {
-    if (!QSqlDatabase::contains(m_connectionName))
+    // Known without asking Qt SQL, whose registry may already be gone at program exit.
+    if (!m_registered)
         return;
+    m_registered = false;
     {
         QSqlDatabase db = connection();
         if (db.isOpen())
@@ -203,6 +205,7 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
 {
     close();
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+    m_registered = true;
     // A URI with mode=rw (or ro) keeps SQLite from creating a missing file.
     QString name = QUrl::fromLocalFile(QFileInfo(dataFile).absoluteFilePath())
                            .toString(QUrl::FullyEncoded);
@@ -218,6 +221,7 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
             *error = errorText(db.lastError());
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_connectionName);
+        m_registered = false;
         return false;
     }
     sqlite3* handle = nullptr;
@@ -231,8 +235,11 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
         db.close();
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_connectionName);
+        m_registered = false;
         return false;
     }
+    // Room for sorting a whole register in memory instead of in temporary files.
+    QSqlQuery(db).exec(QStringLiteral("PRAGMA cache_size = -32000"));
     m_filePath = dataFile;
     return true;
 }

@@ -112,6 +112,7 @@ private:
 
     QString m_connectionName;
     QString m_filePath;
+    bool m_registered = false;
     bool m_inTransaction = false;
 };
 

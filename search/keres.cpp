@@ -19,7 +19,12 @@ namespace {
 const QString clientColumns = QStringLiteral(
         "ukod, unev1, unev2, uorszag, uirsz, uhely, uutca, utel1, utel2, ufax, uemail,"
         " ucegprivat, uanyja, uszemszam, uadoszam, ucegszam");
-const QString caseOrder = QStringLiteral(" ORDER BY val(ugyek.ugyszam), ugyek.ugyszam");
+// Cases in the order of the numeric value of their number, then of its text. The value is the
+// stored ugyszamertek, read in order from its index: the whole list's first rows come at once.
+const QString caseOrder = QStringLiteral(" ORDER BY ugyek.ugyszamertek, ugyek.ugyszam");
+// The same order for a filtered list. The + keeps SQLite from walking the whole case index
+// row by row; it finds the few matching rows first and sorts only those.
+const QString filteredCaseOrder = QStringLiteral(" ORDER BY +ugyek.ugyszamertek, ugyek.ugyszam");
 const QString caseJoin =
         QStringLiteral(" FROM ugyek INNER JOIN ugyfelek ON ugyek.ugyfelkod = ugyfelek.ukod");
 
@@ -159,7 +164,10 @@ void keres::szukites()
             sql += QStringLiteral(" AND ") + prefix("kezdet");
             bindPrefix(date);
         }
-        sql += caseOrder;
+        bool filtered = !date.isEmpty();
+        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4})
+            filtered = filtered || !filter->text().isEmpty();
+        sql += filtered ? filteredCaseOrder : caseOrder;
     }
     showList(sql, params);
 }

@@ -1,8 +1,16 @@
 #include "session/Session.h"
 
+#include <QCoreApplication>
+
 Session& Session::instance()
 {
     static Session session;
+    static const bool closesWithApplication = [] {
+        // The connection must close while Qt SQL still exists, not at static destruction.
+        qAddPostRoutine([] { session.database.close(); });
+        return true;
+    }();
+    Q_UNUSED(closesWithApplication);
     return session;
 }
 

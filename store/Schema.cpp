@@ -54,6 +54,18 @@ QString renameCascade(const LookupUse& use)
 
 } // namespace
 
+QString caseNumberValueColumn()
+{
+    return QStringLiteral(
+            "ugyszamertek REAL GENERATED ALWAYS AS (CAST(ugyszam AS REAL)) VIRTUAL");
+}
+
+QString caseOrderIndex()
+{
+    return QStringLiteral(
+            "CREATE INDEX IF NOT EXISTS ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)");
+}
+
 QStringList captionColumns()
 {
     QStringList cols;
@@ -87,10 +99,12 @@ QStringList schemaStatements()
             " ellugyvnev TEXT(100), ellugyvorsz TEXT(50), ellugyvhely TEXT(50),"
             " ellugyvutca TEXT(100), ellugyvirsz TEXT(10), ellugyvtel1 TEXT(30),"
             " ellugyvtel2 TEXT(30), ellugyvfax TEXT(30), ellugyvemail TEXT(100),"
-            " feljegyzes TEXT, kezdete TEXT(15))");
+            " feljegyzes TEXT, kezdete TEXT(15),"
+            " %1)").arg(caseNumberValueColumn());
     // Case numbers are unique whatever their letter case ("10/A" and "10/a" are one case).
     s << QStringLiteral("CREATE UNIQUE INDEX ugyek_primarykey ON ugyek (ugyszam COLLATE NOCASE)");
     s << QStringLiteral("CREATE INDEX ugyek_ugyfelkod ON ugyek (ugyfelkod)");
+    s << caseOrderIndex();
 
     s << QStringLiteral(
             "CREATE TABLE partner ("

@@ -1,6 +1,7 @@
 #include "store/Upgrade.h"
 
 #include "platform/Database.h"
+#include "store/Schema.h"
 
 namespace store {
 
@@ -101,6 +102,15 @@ void adatfrissites(platform::Database& db)
                                "SELECT 'hibasadat', ?, ?, ? FROM parameterek"),
                 {QStringLiteral("Hibás adat / adatformátum!"), QStringLiteral("Falsche Dateiformat"),
                  QStringLiteral("Bad Dataformat")});
+
+    // The ordering value of case numbers and its index, for files made before they existed.
+    // A generated column is not listed by table_info, so it is looked for in table_xinfo.
+    if (db.scalar(QStringLiteral("SELECT count(*) FROM pragma_table_xinfo('ugyek') "
+                                 "WHERE name = 'ugyszamertek'"))
+                .toInt()
+        == 0)
+        db.exec(QStringLiteral("ALTER TABLE ugyek ADD COLUMN ") + caseNumberValueColumn());
+    db.exec(caseOrderIndex());
 
     // 7. and 8. Hungarian captions of newer labels.
     fillCaptions(db, QStringLiteral("ugyek"),
