@@ -9,6 +9,7 @@
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/Messages.h"
+#include "platform/SqlFunctions.h"
 #include "session/Jog.h"
 
 #include <QAbstractItemView>
@@ -221,6 +222,10 @@ QVariantMap Ugyfelek::columnValues(bool newClient)
         m_ui->orszag->setEditText(defaultCountry());
     QVariantMap values{
             {QStringLiteral("unev1"), textValue(m_ui->nev1->text())},
+            // The name's sort key keeps the client lists in order.
+            {QStringLiteral("unev1kulcs"), m_ui->nev1->text().isEmpty()
+                     ? QVariant()
+                     : QVariant(platform::huSortKey(m_ui->nev1->text()))},
             {QStringLiteral("unev2"), textValue(m_ui->nev2->text())},
             {QStringLiteral("uorszag"), textValue(m_ui->orszag->currentText())},
             {QStringLiteral("uhely"), textValue(m_ui->hely->text())},

@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QStringView>
 #include <sqlite3.h>
+#include <unicode/ucol.h>
 
 namespace platform {
 
@@ -36,6 +37,49 @@ double leadingNumber(const QString& text)
     if (!seenDigit)
         return 0;
     return digits.toDouble();
+}
+
+namespace {
+
+// The collator behind the sort keys: Hungarian rules with letter case ignored and accents kept,
+// the settings QCollator uses for the collation HU.
+UCollator* keyCollator()
+{
+    thread_local struct Holder
+    {
+        UCollator* collator = nullptr;
+        Holder()
+        {
+            UErrorCode status = U_ZERO_ERROR;
+            collator = ucol_open("hu_HU", &status);
+            if (U_SUCCESS(status))
+                ucol_setStrength(collator, UCOL_SECONDARY);
+        }
+        ~Holder() { ucol_close(collator); }
+    } holder;
+    return holder.collator;
+}
+
+} // namespace
+
+QByteArray huSortKey(QStringView text)
+{
+    UCollator* collator = keyCollator();
+    if (!collator)
+        return QByteArray();
+    const auto* chars = reinterpret_cast<const UChar*>(text.utf16());
+    const int length = int(text.size());
+    QByteArray key(64, Qt::Uninitialized);
+    int needed = ucol_getSortKey(collator, chars, length,
+                                 reinterpret_cast<uint8_t*>(key.data()), int(key.size()));
+    if (needed > key.size()) {
+        key.resize(needed);
+        needed = ucol_getSortKey(collator, chars, length, reinterpret_cast<uint8_t*>(key.data()),
+                                 int(key.size()));
+    }
+    // The key ends in a zero byte that adds nothing to the order.
+    key.resize(qMax(0, needed - 1));
+    return key;
 }
 
 namespace {
@@ -93,6 +137,17 @@ void leftFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
     sqlite3_result_text16(ctx, data, end * 2, SQLITE_TRANSIENT);
 }
 
+void sortKeyFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
+{
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    const auto* data = static_cast<const QChar*>(sqlite3_value_text16(argv[0]));
+    const QByteArray key = huSortKey(QStringView(data, sqlite3_value_bytes16(argv[0]) / 2));
+    sqlite3_result_blob(ctx, key.constData(), int(key.size()), SQLITE_TRANSIENT);
+}
+
 } // namespace
 
 bool registerTextRules(sqlite3* handle, QString* error)
@@ -115,6 +170,9 @@ bool registerTextRules(sqlite3* handle, QString* error)
     if (rc == SQLITE_OK)
         rc = sqlite3_create_function_v2(handle, "left", 2, flags, nullptr, leftFunction, nullptr,
                                         nullptr, nullptr);
+    if (rc == SQLITE_OK)
+        rc = sqlite3_create_function_v2(handle, "hukulcs", 1, flags, nullptr, sortKeyFunction,
+                                        nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK && error)
         *error = QString::fromUtf8(sqlite3_errmsg(handle));
     return rc == SQLITE_OK;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+#include <QStringView>
 
 struct sqlite3;
 
@@ -9,7 +11,12 @@ namespace platform {
 // Numeric value of the leading number of a text, 0 when there is none ("10/A" gives 10).
 double leadingNumber(const QString& text);
 
-// Registers the collation HU and the functions val() and "left"() on a native connection.
+// The Hungarian sort key of a text: comparing two keys byte by byte gives the order of the
+// collation HU. Lists store it beside the name so that an ordinary index serves the order.
+QByteArray huSortKey(QStringView text);
+
+// Registers the collation HU and the functions val(), "left"() and hukulcs() (the sort key)
+// on a native connection.
 bool registerTextRules(sqlite3* handle, QString* error);
 
 } // namespace platform

@@ -10,6 +10,7 @@
 #include "search/ListPrint.h"
 #include "session/Jog.h"
 #include "session/Session.h"
+#include "store/Upgrade.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -19,6 +20,10 @@ namespace {
 const QString clientColumns = QStringLiteral(
         "ukod, unev1, unev2, uorszag, uirsz, uhely, uutca, utel1, utel2, ufax, uemail,"
         " ucegprivat, uanyja, uszemszam, uadoszam, ucegszam");
+// Clients in Hungarian order of the name, read from the index of its stored sort key; a
+// filtered list sorts its few rows instead (see the case order below).
+const QString clientOrder = QStringLiteral(" ORDER BY ugyfelek.unev1kulcs");
+const QString filteredClientOrder = QStringLiteral(" ORDER BY +ugyfelek.unev1kulcs");
 // Cases in the order of the numeric value of their number, then of its text. The value is the
 // stored ugyszamertek, read in order from its index: the whole list's first rows come at once.
 const QString caseOrder = QStringLiteral(" ORDER BY ugyek.ugyszamertek, ugyek.ugyszam");
@@ -110,7 +115,7 @@ void keres::Activate()
     QString sql;
     QColor colour;
     if (clientsMode()) {
-        sql = QStringLiteral("SELECT %1 FROM ugyfelek ORDER BY unev1 COLLATE HU").arg(clientColumns);
+        sql = QStringLiteral("SELECT %1 FROM ugyfelek").arg(clientColumns) + clientOrder;
         colour = QColor(255, 128, 0);
     } else {
         sql = QStringLiteral(
@@ -140,12 +145,15 @@ void keres::szukites()
         params << int(text.size()) << text;
     };
     if (clientsMode()) {
-        sql = QStringLiteral("SELECT %1 FROM ugyfelek WHERE %2 AND %3 AND %4 AND %5 AND %6"
-                             " ORDER BY unev1 COLLATE HU")
+        sql = QStringLiteral("SELECT %1 FROM ugyfelek WHERE %2 AND %3 AND %4 AND %5 AND %6")
                       .arg(clientColumns, prefix("unev1"), prefix("uorszag"), prefix("uhely"),
                            prefix("uutca"), prefix("uirsz"));
-        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
+        bool filtered = false;
+        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5}) {
             bindPrefix(filter->text());
+            filtered = filtered || !filter->text().isEmpty();
+        }
+        sql += filtered ? filteredClientOrder : clientOrder;
     } else {
         sql = QStringLiteral(
                       "SELECT ugyszam, unev1, ugytipus, ugyved, kezdet, zaras, ugyfelkod,"
@@ -174,6 +182,8 @@ void keres::szukites()
 
 void keres::showList(const QString& sql, const QVariantList& params)
 {
+    if (clientsMode())
+        store::fillClientSortKeys(Session::instance().database);
     m_forras->setRecordSource(sql, params);
     QString error;
     if (!m_forras->refresh(&error))

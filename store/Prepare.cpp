@@ -167,6 +167,8 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error)
             }
             ok = ok && fillBase(db, error) && fillCatalogue(db, error) && fillPostalCodes(db, error)
                     && (!demo || fillDemoData(db, error))
+                    && db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1)"), {},
+                               error)
                     && platform::setDatabasePassword(db, databasePassword(), error)
                     && t.commit(error);
         }

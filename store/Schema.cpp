@@ -66,6 +66,11 @@ QString caseOrderIndex()
             "CREATE INDEX IF NOT EXISTS ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)");
 }
 
+QString clientOrderIndex()
+{
+    return QStringLiteral("CREATE INDEX IF NOT EXISTS ugyfelek_sorrend ON ugyfelek (unev1kulcs)");
+}
+
 QStringList captionColumns()
 {
     QStringList cols;
@@ -87,8 +92,9 @@ QStringList schemaStatements()
             " unev1 TEXT(100), unev2 TEXT(100), uorszag TEXT(50), uirsz TEXT(10),"
             " uhely TEXT(50), uutca TEXT(100), utel1 TEXT(30), utel2 TEXT(30), ufax TEXT(30),"
             " uemail TEXT(100), ucegprivat BOOLEAN, uanyja TEXT(100), uszemszam TEXT(30),"
-            " uadoszam TEXT(30), ucegszam TEXT(30))");
+            " uadoszam TEXT(30), ucegszam TEXT(30), unev1kulcs BLOB)");
     s << QStringLiteral("CREATE INDEX ugyfelek_unev1 ON ugyfelek (unev1)");
+    s << clientOrderIndex();
 
     s << QStringLiteral(
             "CREATE TABLE ugyek ("

@@ -20,6 +20,11 @@ bool createSchema(platform::Database& db, QString* error);
 QString caseNumberValueColumn();
 QString caseOrderIndex();
 
+// Client lists are in Hungarian order of the name. Each client row keeps the name's sort key
+// (unev1kulcs, written with the name, filled at start-up where missing) under an index, for
+// the same reason.
+QString clientOrderIndex();
+
 // The caption table's text columns in table order: 1sz1 .. 1sz39, 1g1 .. 1g10, then 2.., 3...
 QStringList captionColumns();
 

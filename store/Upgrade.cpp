@@ -49,6 +49,12 @@ void fillCaptions(platform::Database& db, const QString& key,
 
 } // namespace
 
+void fillClientSortKeys(platform::Database& db)
+{
+    db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1) "
+                           "WHERE unev1kulcs IS NULL AND unev1 IS NOT NULL"));
+}
+
 void adatfrissites(platform::Database& db)
 {
     // 1. Free notes on a case.
@@ -111,6 +117,13 @@ void adatfrissites(platform::Database& db)
         == 0)
         db.exec(QStringLiteral("ALTER TABLE ugyek ADD COLUMN ") + caseNumberValueColumn());
     db.exec(caseOrderIndex());
+
+    // The sort key of client names, and keys for rows written without one (by another tool,
+    // or before the key existed).
+    if (!hasColumn(db, QStringLiteral("Ugyfelek"), QStringLiteral("unev1kulcs")))
+        db.addColumn(QStringLiteral("ugyfelek"), {QStringLiteral("unev1kulcs"), QStringLiteral("BLOB"), -1});
+    db.exec(clientOrderIndex());
+    fillClientSortKeys(db);
 
     // 7. and 8. Hungarian captions of newer labels.
     fillCaptions(db, QStringLiteral("ugyek"),

@@ -11,4 +11,8 @@ namespace store {
 // workstation, is harmless.
 void adatfrissites(platform::Database& db);
 
+// Gives every client name written without its sort key (by another tool, or an older version)
+// its key, so the client lists stay in order. Cheap when there is nothing to do.
+void fillClientSortKeys(platform::Database& db);
+
 } // namespace store

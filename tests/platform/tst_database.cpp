@@ -21,6 +21,7 @@ private slots:
     void caseNumbersSortByValueThenText();
     void namesSortInHungarianOrder();
     void lookupsIgnoreLetterCaseWithAccents();
+    void sortKeysOrderAsTheCollation();
     void valAndLeft_data();
     void valAndLeft();
     void newRowKeyIsKnownBeforeStoring();
@@ -130,6 +131,27 @@ void tst_Database::lookupsIgnoreLetterCaseWithAccents()
                      .text("felirkod"),
              QStringLiteral("Ugyek"));
     QCOMPARE(db.scalar("SELECT count(*) FROM uzenetek WHERE uzenkod = ? COLLATE HU", {"NINCSJOG"}).toInt(), 1);
+}
+
+void tst_Database::sortKeysOrderAsTheCollation()
+{
+    testsupport::TestFolder folder;
+    QVERIFY(folder.open());
+    Database& db = folder.db();
+    const QStringList names = {"Zoltán", "ödön", "Oszkár", "Csaba", "cukor", "Ábel", "Cecília",
+                               "Kovács", "kovács", "Gyula", "Gábor", "Szabó", "Sándor", "", "Ó"};
+    for (const QString& n : names)
+        QVERIFY(db.exec("INSERT INTO ugyfelek (unev1, unev1kulcs) VALUES (?, ?)",
+                        {n, platform::huSortKey(n)}));
+    auto order = [&](const QString& by) {
+        QStringList list;
+        for (const auto& r : db.select("SELECT unev1 FROM ugyfelek ORDER BY " + by + ", unev1"))
+            list << r.text("unev1");
+        return list;
+    };
+    QCOMPARE(order("unev1kulcs"), order("unev1 COLLATE HU"));
+    // The SQL function gives the same key as the program.
+    QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1kulcs IS NOT hukulcs(unev1)").toInt(), 0);
 }
 
 void tst_Database::valAndLeft_data()
