@@ -47,7 +47,8 @@ bool fillBase(platform::Database& db, QString* error)
                       {QStringLiteral("kelllogon"), 0},
                       {QStringLiteral("utolsoment"), QVariant()},
                       {QStringLiteral("modemport"), QStringLiteral("1")},
-                      {QStringLiteral("elotag"), QStringLiteral(" ")},
+                      // No dialling prefix: the dial command then carries none.
+                      {QStringLiteral("elotag"), QVariant()},
                       {QStringLiteral("tonepulse"), -1}},
                      nullptr, error)
             && db.insert(QStringLiteral("nyelvek"),
