@@ -5,7 +5,6 @@
 #include "session/Session.h"
 
 #include <memory>
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -21,38 +20,25 @@ struct Host
     QLineEdit* place = new QLineEdit;
     QLineEdit* after = new QLineEdit;
     QListWidget* list = new QListWidget(&window); // floats over the form
-    clients::AddressBlock* block = nullptr;
+    clients::AddressBlock* block = new clients::AddressBlock(country, code, place, list, &window);
 
     Host()
     {
         auto* layout = new QVBoxLayout(&window);
         for (QWidget* w : std::initializer_list<QWidget*>{country, code, place, after})
             layout->addWidget(w);
-        block = new clients::AddressBlock(country, code, place, list, &window);
-        for (const platform::Row& row : Session::instance().database.select(
-                     "select orszagnev from orszagok order by orszagnev COLLATE HU"))
-            country->addItem(row.text("orszagnev"));
         window.show();
         window.activateWindow();
     }
-    // The user types a postal code and tabs out of the field.
-    void typeCode(const QString& country_, const QString& text)
+    // The user leaves a field with Tab, after typing into it when there is text to type.
+    void leave(QLineEdit* field, const QString& typed = QString())
     {
-        country->setEditText(country_);
-        code->setFocus();
-        code->selectAll();
-        QTest::keyClicks(code, text);
-        QTest::keyClick(code, Qt::Key_Tab);
-    }
-    void leaveCode()
-    {
-        code->setFocus();
-        QTest::keyClick(code, Qt::Key_Tab);
-    }
-    void leavePlace()
-    {
-        place->setFocus();
-        QTest::keyClick(place, Qt::Key_Tab);
+        field->setFocus();
+        if (!typed.isEmpty()) {
+            field->selectAll();
+            QTest::keyClicks(field, typed);
+        }
+        QTest::keyClick(field, Qt::Key_Tab);
     }
 };
 
@@ -62,196 +48,128 @@ class tst_addressblock : public QObject
 private slots:
     void init();
     void cleanup();
-    void postalCodeFillsThePlace_data();
-    void postalCodeFillsThePlace();
-    void placeIsChosenFromTheList();
+    void fieldsFillEachOther_data();
+    void fieldsFillEachOther();
     void onlyAChangedCodeIsLookedUp();
-    void emptyCountryIsRefused();
-    void placeFillsAnEmptyPostalCode_data();
-    void placeFillsAnEmptyPostalCode();
 
 private:
     std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<Host> m_host;
 };
 
 void tst_addressblock::init()
 {
     m_folder = std::make_unique<testsupport::TestFolder>();
     QVERIFY(m_folder->open());
-    auto& db = m_folder->db();
-    // Decoys that a register lookup of the capitals' codes would find; the shortcut must not.
-    QVERIFY(db.exec(
-            "insert into irsz (orszag, irsz, hely) values ('Magyarország', '1118', 'Csali')"));
-    QVERIFY(db.exec("insert into irsz (orszag, irsz, hely) values ('Ausztria', '1010', 'Csali')"));
-    QVERIFY(db.exec("insert into orszagok (orszagnev) values (?)", {"Côte d'Ivoire"}));
-    QVERIFY(db.exec("insert into irsz (orszag, irsz, hely) values (?, ?, ?)",
-                    {"Côte d'Ivoire", "01", "Abidjan"}));
-    QVERIFY(db.exec("insert into irsz (orszag, irsz, hely) values (?, ?, ?)",
-                    {"Magyarország", "9996", "Kis'falu"}));
-    QVERIFY(db.exec("insert into irsz (orszag, irsz, hely) values (?, ?, ?)",
-                    {"Magyarország", "9998", "Próbafalva"}));
-    QVERIFY(db.exec("insert into irsz (orszag, irsz, hely) values (?, ?, ?)",
-                    {"Magyarország", "9997", "Próbafalva"}));
+    QVERIFY(m_folder->db().exec("insert into orszagok (orszagnev) values (?)", {"Côte d'Ivoire"}));
+    // The first two are decoys that a register lookup of the capitals' codes would find.
+    const QList<QVariantList> rows{
+            {"Magyarország", "1118", "Csali"},      {"Ausztria", "1010", "Csali"},
+            {"Côte d'Ivoire", "01", "Abidjan"},     {"Magyarország", "9996", "Kis'falu"},
+            {"Magyarország", "9998", "Próbafalva"}, {"Magyarország", "9997", "Próbafalva"}};
+    for (const QVariantList& row : rows)
+        QVERIFY(m_folder->db().exec("insert into irsz (orszag, irsz, hely) values (?, ?, ?)", row));
+    m_host = std::make_unique<Host>();
+    QVERIFY(QTest::qWaitForWindowActive(&m_host->window));
 }
 
 void tst_addressblock::cleanup()
 {
+    m_host.reset();
     m_folder.reset();
 }
 
-void tst_addressblock::postalCodeFillsThePlace_data()
+void tst_addressblock::fieldsFillEachOther_data()
 {
     QTest::addColumn<QString>("country");
+    QTest::addColumn<bool>("codeTyped"); // else the place is typed, the postal code left empty
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("place");
     QTest::addColumn<QStringList>("offered");
-
-    QTest::newRow("Budapest without a lookup") << "Magyarország"
-                                               << "1118"
-                                               << "Budapest" << QStringList();
-    QTest::newRow("Hungarian code looked up") << "Magyarország"
-                                              << "6720"
-                                              << "Szeged" << QStringList();
-    QTest::newRow("Wien without a lookup") << "Ausztria"
-                                           << "1010"
-                                           << "Wien" << QStringList();
-    QTest::newRow("country in any letter case") << "MAGYARORSZÁG"
-                                                << "6720"
-                                                << "Szeged" << QStringList();
-    QTest::newRow("apostrophe in the country") << "Côte d'Ivoire"
-                                               << "01"
-                                               << "Abidjan" << QStringList();
-    QTest::newRow("unknown code") << "Magyarország"
-                                  << "0000"
-                                  << "" << QStringList();
-    QTest::newRow("code with two places") << "Magyarország"
-                                          << "2094"
-                                          << "" << QStringList{"Nagykovácsi", "Remeteszőlős"};
+    const auto byCode = [](const char* name, const QString& country, const QString& code,
+                           const QString& place, const QStringList& offered = {}) {
+        QTest::newRow(name) << country << true << code << place << offered;
+    };
+    const auto byPlace = [](const char* name, const QString& country, const QString& place,
+                            const QString& code) {
+        QTest::newRow(name) << country << false << code << place << QStringList();
+    };
+    const QString hu = "Magyarország";
+    byCode("Budapest without a lookup", hu, "1118", "Budapest");
+    byCode("Hungarian code looked up", hu, "6720", "Szeged");
+    byCode("Wien without a lookup", "Ausztria", "1010", "Wien");
+    byCode("country in any letter case", "MAGYARORSZÁG", "6720", "Szeged");
+    byCode("apostrophe in the country", "Côte d'Ivoire", "01", "Abidjan");
+    byCode("unknown code", hu, "0000", "");
+    byCode("code with two places", hu, "2094", "", {"Nagykovácsi", "Remeteszőlős"});
+    byCode("code, empty country", "", "6720", "");
+    byPlace("place with one code", hu, "Nagykovácsi", "2094");
+    byPlace("first code in the register's order", hu, "Próbafalva", "9998");
+    byPlace("place in any letter case", hu, "PRÓBAFALVA", "9998");
+    byPlace("apostrophe in the place", hu, "Kis'falu", "9996");
+    byPlace("unknown place", hu, "Sehol", "");
+    byPlace("place, empty country", "", "Szeged", "");
 }
 
-void tst_addressblock::postalCodeFillsThePlace()
+void tst_addressblock::fieldsFillEachOther()
 {
     QFETCH(QString, country);
+    QFETCH(bool, codeTyped);
     QFETCH(QString, code);
     QFETCH(QString, place);
     QFETCH(QStringList, offered);
 
-    Host host;
-    QVERIFY(QTest::qWaitForWindowActive(&host.window));
-    host.typeCode(country, code);
-    QCOMPARE(host.place->text(), place);
-    QCOMPARE(host.list->isVisible(), !offered.isEmpty());
-    if (!offered.isEmpty()) {
-        QStringList shown;
-        for (int i = 0; i < host.list->count(); ++i)
-            shown << host.list->item(i)->text();
-        QCOMPARE(shown, offered);
-        QCOMPARE(host.list->currentRow(), 0);
-        QVERIFY(host.list->hasFocus());
+    Host& h = *m_host;
+    testsupport::MessageRecorder boxes;
+    h.country->setEditText(country);
+    if (codeTyped) {
+        h.leave(h.code, code);
+    } else {
+        h.place->setText(place);
+        h.leave(h.place);
     }
-}
-
-void tst_addressblock::placeIsChosenFromTheList()
-{
-    Host host;
-    QVERIFY(QTest::qWaitForWindowActive(&host.window));
-    host.typeCode("Magyarország", "2094");
-    QVERIFY(host.list->isVisible());
-    QVERIFY(host.block->irszvaltozott() == false);
-
-    QListWidgetItem* second = host.list->item(1);
-    QTest::mouseClick(host.list->viewport(), Qt::LeftButton, {},
-                      host.list->visualItemRect(second).center());
-    QCOMPARE(host.place->text(), QString("Remeteszőlős"));
-
-    // Leaving the list hides it again.
-    host.after->setFocus();
-    QVERIFY(!host.list->isVisible());
-    QCOMPARE(host.place->text(), QString("Remeteszőlős"));
+    QCOMPARE(h.code->text(), code);
+    QCOMPARE(h.place->text(), place);
+    // An empty country is refused with a notice; nothing else is ever asked.
+    QCOMPARE(boxes.texts(),
+             country.isEmpty() ? QStringList{uzenetszoveg("nincsorsz")} : QStringList());
+    QVERIFY(boxes.shown().isEmpty() || boxes.shown().first().style == int(platform::Notice));
+    QCOMPARE(h.list->isVisible(), !offered.isEmpty());
+    if (offered.isEmpty())
+        return;
+    // The list opens with the first place selected; a click on the last one puts it in.
+    QStringList shown;
+    for (int i = 0; i < h.list->count(); ++i)
+        shown << h.list->item(i)->text();
+    QCOMPARE(shown, offered);
+    QCOMPARE(h.list->currentRow(), 0);
+    QVERIFY(h.list->hasFocus());
+    QTest::mouseClick(h.list->viewport(), Qt::LeftButton, {},
+                      h.list->visualItemRect(h.list->item(offered.size() - 1)).center());
+    QCOMPARE(h.place->text(), offered.last());
+    h.after->setFocus(); // leaving the list hides it
+    QVERIFY(!h.list->isVisible());
 }
 
 void tst_addressblock::onlyAChangedCodeIsLookedUp()
 {
-    Host host;
-    QVERIFY(QTest::qWaitForWindowActive(&host.window));
-    host.typeCode("Magyarország", "6720");
-    QCOMPARE(host.place->text(), QString("Szeged"));
+    Host& h = *m_host;
+    h.country->setEditText("Magyarország");
+    h.leave(h.code, "6720");
+    QCOMPARE(h.place->text(), QString("Szeged"));
 
     // The user corrects the place; passing through the unchanged code keeps it.
-    host.place->setText("Szeged-Tápé");
-    host.leaveCode();
-    QCOMPARE(host.place->text(), QString("Szeged-Tápé"));
+    h.place->setText("Szeged-Tápé");
+    h.leave(h.code);
+    QCOMPARE(h.place->text(), QString("Szeged-Tápé"));
 
     // A screen that shows another record writes the code: the first visit looks it up.
-    host.code->setText("2094");
-    host.place->setText("Nagykovácsi");
-    host.code->setText("6720");
-    host.leaveCode();
-    QCOMPARE(host.place->text(), QString("Szeged"));
-    QVERIFY(!host.block->irszvaltozott());
-
-    // The capital's fixed answer keeps the mark, so leaving again repeats it.
-    host.typeCode("Magyarország", "1118");
-    QVERIFY(host.block->irszvaltozott());
-    host.place->setText("Buda");
-    host.leaveCode();
-    QCOMPARE(host.place->text(), QString("Budapest"));
-}
-
-void tst_addressblock::emptyCountryIsRefused()
-{
-    Host host;
-    QVERIFY(QTest::qWaitForWindowActive(&host.window));
-    testsupport::MessageRecorder boxes;
-
-    host.typeCode("", "6720");
-    QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsorsz")});
-    QCOMPARE(boxes.shown().first().style, int(platform::Notice));
-    QVERIFY(host.place->text().isEmpty());
-    QVERIFY(host.block->irszvaltozott());
-
-    // Leaving the place while a postal code is filled asks nothing.
-    boxes.clear();
-    host.place->setText("Szeged");
-    host.leavePlace();
-    QVERIFY(boxes.shown().isEmpty());
-
-    // With the postal code empty the country is needed.
-    host.code->clear();
-    host.leavePlace();
-    QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsorsz")});
-    QVERIFY(host.code->text().isEmpty());
-}
-
-void tst_addressblock::placeFillsAnEmptyPostalCode_data()
-{
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("code");
-    QTest::newRow("one code") << "Nagykovácsi"
-                              << "2094";
-    QTest::newRow("first in the register's order") << "Próbafalva"
-                                                   << "9998";
-    QTest::newRow("any letter case") << "PRÓBAFALVA"
-                                     << "9998";
-    QTest::newRow("apostrophe") << "Kis'falu"
-                                << "9996";
-    QTest::newRow("unknown place") << "Sehol"
-                                   << "";
-}
-
-void tst_addressblock::placeFillsAnEmptyPostalCode()
-{
-    QFETCH(QString, place);
-    QFETCH(QString, code);
-    Host host;
-    QVERIFY(QTest::qWaitForWindowActive(&host.window));
-    host.country->setEditText("Magyarország");
-    host.place->setText(place);
-    host.leavePlace();
-    QCOMPARE(host.code->text(), code);
-    QCOMPARE(clients::irszhelybol("Magyarország", place), code);
-    // A filled code marks the change, so leaving the code field looks up its place.
-    QCOMPARE(host.block->irszvaltozott(), !code.isEmpty());
+    h.code->setText("2094");
+    h.place->setText("Nagykovácsi");
+    h.code->setText("6720");
+    h.leave(h.code);
+    QCOMPARE(h.place->text(), QString("Szeged"));
+    QVERIFY(!h.block->irszvaltozott());
 }
 
 QTEST_MAIN(tst_addressblock)
