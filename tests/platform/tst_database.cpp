@@ -24,7 +24,6 @@ private slots:
     void valAndLeft_data();
     void valAndLeft();
     void newRowKeyIsKnownBeforeStoring();
-    void tableDefinitionsAndColumnChanges();
     void usedLookupEntriesCannotBeDeleted_data();
     void usedLookupEntriesCannotBeDeleted();
     void renamedLookupEntryFollowsIntoItsRows();
@@ -181,24 +180,6 @@ void tst_Database::newRowKeyIsKnownBeforeStoring()
     }
     QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek").toInt(), before + 1);
     QVERIFY(!db.inTransaction());
-}
-
-void tst_Database::tableDefinitionsAndColumnChanges()
-{
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    QVERIFY(db.tables().contains("ugyek"));
-    const auto cols = db.columns("Ugyek");
-    const auto kezdet = std::find_if(cols.begin(), cols.end(),
-                                     [](const platform::ColumnInfo& c) { return c.name == "kezdet"; });
-    QVERIFY(kezdet != cols.end());
-    QCOMPARE(kezdet->type, QStringLiteral("TEXT"));
-    QCOMPARE(kezdet->size, 15);
-    QVERIFY(db.addColumn("ugyek", {"proba", "TEXT", 40}));
-    QCOMPARE(db.columns("ugyek").last(), (platform::ColumnInfo{"proba", "TEXT", 40}));
-    QVERIFY(db.dropColumn("ugyek", "proba"));
-    QCOMPARE(db.columns("ugyek").size(), cols.size());
 }
 
 void tst_Database::usedLookupEntriesCannotBeDeleted_data()

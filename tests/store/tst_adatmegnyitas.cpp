@@ -53,8 +53,6 @@ class tst_adatmegnyitas : public QObject
 {
     Q_OBJECT
 private slots:
-    void readsTheDataFolderFromTheSettingsLine_data();
-    void readsTheDataFolderFromTheSettingsLine();
     void opensWithQuotedAndUnquotedLines_data();
     void opensWithQuotedAndUnquotedLines();
     void failuresShowTheirMessageAndTouchNothing_data();
@@ -66,30 +64,6 @@ private slots:
     void locationScreenWritesTheQuotedLine();
 };
 
-void tst_adatmegnyitas::readsTheDataFolderFromTheSettingsLine_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("readable");
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("quoted") << "\"path=/srv/iroda/adat\"\r\n" << true << "/srv/iroda/adat";
-    QTest::newRow("unquoted") << "path=/srv/iroda/adat\r\n" << true << "/srv/iroda/adat";
-    QTest::newRow("text before and after") << "[x]\r\n\"path=/a b/c\"\r\nmore\r\n" << true << "/a b/c";
-    QTest::newRow("line feed only") << "path=/srv/adat\n" << true << "/srv/adat";
-    QTest::newRow("no path entry") << "folder=/srv/adat\r\n" << false << "";
-    QTest::newRow("no line end") << "\"path=/srv/adat\"" << false << "";
-}
-
-void tst_adatmegnyitas::readsTheDataFolderFromTheSettingsLine()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, readable);
-    QFETCH(QString, folder);
-    QString found;
-    QCOMPARE(store::dataFolderFromSettings(text, &found), readable);
-    if (readable)
-        QCOMPARE(found, folder);
-}
-
 void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
 {
     QTest::addColumn<QString>("line");
@@ -98,6 +72,8 @@ void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
     QTest::newRow("quoted") << "\"path=D\"\r\n" << "D/causora.mdb";
     QTest::newRow("unquoted") << "path=D\r\n" << "D/causora.mdb";
     QTest::newRow("trailing separator") << "\"path=D/\"\r\n" << "D//causora.mdb";
+    QTest::newRow("other lines around") << "[x]\r\n\"path=D\"\r\nmore\r\n" << "D/causora.mdb";
+    QTest::newRow("line feed only") << "path=D\n" << "D/causora.mdb";
 }
 
 void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
