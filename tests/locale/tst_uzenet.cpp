@@ -3,9 +3,9 @@
 #include "locale/Uzenet.h"
 #include "session/Session.h"
 
+#include <memory>
 #include <QApplication>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSet>
 #include <QTest>
 #include <QTimer>
@@ -17,98 +17,51 @@ class tst_uzenet : public QObject
 {
     Q_OBJECT
 private slots:
+    void init()
+    {
+        m_folder = std::make_unique<TestFolder>();
+        QVERIFY(m_folder->open());
+    }
+    void cleanup() { m_folder.reset(); }
     void textOfTheSessionLanguage_data();
     void textOfTheSessionLanguage();
-    void codeMatchesWhateverItsLetterCase_data();
-    void codeMatchesWhateverItsLetterCase();
-    void missingCodeShowsTheCode();
-    void boxTitles_data();
-    void boxTitles();
     void enterPressesTheDefaultButton_data();
     void enterPressesTheDefaultButton();
     void everyMessageInEveryLanguage_data();
     void everyMessageInEveryLanguage();
+
+private:
+    std::unique_ptr<TestFolder> m_folder;
 };
 
 void tst_uzenet::textOfTheSessionLanguage_data()
 {
+    QTest::addColumn<QString>("code");
     QTest::addColumn<int>("language");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("Hungarian") << 1 << QStringLiteral("Nincs jogosultsága ehhez a parancshoz!");
-    QTest::newRow("German") << 2
+    QTest::newRow("Hungarian") << "nincsjog" << 1
+                               << QStringLiteral("Nincs jogosultsága ehhez a parancshoz!");
+    QTest::newRow("German") << "nincsjog" << 2
                             << QStringLiteral("Sie haben keine Berechtigung für diesen Befehl.");
-    QTest::newRow("English") << 3 << QStringLiteral("You have no permission for this command.");
-    QTest::newRow("no such language") << 4 << QString();
-    QTest::newRow("zero") << 0 << QString();
+    QTest::newRow("English") << "nincsjog" << 3
+                             << QStringLiteral("You have no permission for this command.");
+    QTest::newRow("no such language") << "nincsjog" << 4 << QString();
+    const QString wrong = QStringLiteral("Das Kennwort ist falsch. Bitte versuchen Sie es erneut.");
+    QTest::newRow("code in capitals") << "RJELSZO" << 2 << wrong;
+    QTest::newRow("code in mixed case") << "rJelSzo" << 2 << wrong;
 }
 
 void tst_uzenet::textOfTheSessionLanguage()
 {
+    QFETCH(QString, code);
     QFETCH(int, language);
     QFETCH(QString, expected);
-    TestFolder folder;
-    QVERIFY(folder.open());
     Session::instance().language = qint16(language);
-    QCOMPARE(uzenetszoveg(QStringLiteral("nincsjog")), expected);
-
+    QCOMPARE(uzenetszoveg(code), expected);
     // What the box shows is the same text, also for a language that has none.
     MessageRecorder recorder;
-    uzenet(QStringLiteral("nincsjog"));
+    uzenet(code);
     QCOMPARE(recorder.texts(), QStringList{expected});
-}
-
-void tst_uzenet::codeMatchesWhateverItsLetterCase_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::newRow("capitals") << QStringLiteral("RJELSZO");
-    QTest::newRow("mixed") << QStringLiteral("rJelSzo");
-    QTest::newRow("as stored") << QStringLiteral("rjelszo");
-}
-
-void tst_uzenet::codeMatchesWhateverItsLetterCase()
-{
-    QFETCH(QString, code);
-    TestFolder folder;
-    QVERIFY(folder.open());
-    Session::instance().language = 2;
-    QCOMPARE(uzenetszoveg(code),
-             QStringLiteral("Das Kennwort ist falsch. Bitte versuchen Sie es erneut."));
-}
-
-void tst_uzenet::missingCodeShowsTheCode()
-{
-    TestFolder folder;
-    QVERIFY(folder.open());
-    QVERIFY(folder.db().exec(QStringLiteral("DELETE FROM uzenetek WHERE uzenkod = 'telefon'")));
-    QCOMPARE(uzenetszoveg(QStringLiteral("telefon")), QStringLiteral("telefon"));
-}
-
-void tst_uzenet::boxTitles_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<int>("style");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("exit question")
-            << QStringLiteral("kilep") << int(platform::Confirmation) << QStringLiteral("EXIT");
-    QTest::newRow("exit question in capitals")
-            << QStringLiteral("KILEP") << int(platform::Confirmation) << QStringLiteral("EXIT");
-    QTest::newRow("other confirmation")
-            << QStringLiteral("torol") << int(platform::Confirmation) << QString();
-    QTest::newRow("notice") << QStringLiteral("nincsjog") << int(platform::Notice) << QString();
-}
-
-void tst_uzenet::boxTitles()
-{
-    QFETCH(QString, code);
-    QFETCH(int, style);
-    QFETCH(QString, title);
-    TestFolder folder;
-    QVERIFY(folder.open());
-    MessageRecorder recorder;
-    uzenet(code, style);
-    QCOMPARE(recorder.shown().size(), 1);
-    QCOMPARE(recorder.shown().at(0).style, style);
-    QCOMPARE(recorder.shown().at(0).title, title);
 }
 
 // The real box: Enter at once presses the default button, which decides the answer.
@@ -118,15 +71,12 @@ void tst_uzenet::enterPressesTheDefaultButton_data()
     QTest::addColumn<int>("style");
     QTest::addColumn<int>("answer");
     QTest::addColumn<QString>("title");
-    QTest::newRow("confirmation: No") << QStringLiteral("torol") << int(platform::Confirmation)
-                                      << int(platform::AnswerNo) << QStringLiteral(" ");
-    QTest::newRow("exit: No") << QStringLiteral("kilep") << int(platform::Confirmation)
-                              << int(platform::AnswerNo) << QStringLiteral("EXIT");
-    QTest::newRow("restore question: Yes")
-            << QStringLiteral("RestoreK") << int(platform::RestoreQuestion)
-            << int(platform::AnswerYes) << QStringLiteral("tst_uzenet");
-    QTest::newRow("notice: OK") << QStringLiteral("nincsjog") << int(platform::Notice)
-                                << int(platform::AnswerOk) << QStringLiteral("tst_uzenet");
+    QTest::newRow("confirmation: No")
+            << "torol" << int(platform::Confirmation) << int(platform::AnswerNo) << " ";
+    QTest::newRow("exit: No") << "kilep" << int(platform::Confirmation) << int(platform::AnswerNo)
+                              << "EXIT";
+    QTest::newRow("restore question: Yes") << "RestoreK" << int(platform::RestoreQuestion)
+                                           << int(platform::AnswerYes) << "tst_uzenet";
 }
 
 void tst_uzenet::enterPressesTheDefaultButton()
@@ -135,10 +85,7 @@ void tst_uzenet::enterPressesTheDefaultButton()
     QFETCH(int, style);
     QFETCH(int, answer);
     QFETCH(QString, title);
-    TestFolder folder;
-    QVERIFY(folder.open());
     platform::setMessageHandler(nullptr);
-
     QString shownText;
     QString shownTitle;
     QTimer::singleShot(0, [&] {
@@ -167,8 +114,6 @@ void tst_uzenet::everyMessageInEveryLanguage_data()
 void tst_uzenet::everyMessageInEveryLanguage()
 {
     QFETCH(QString, code);
-    TestFolder folder;
-    QVERIFY(folder.open());
     QStringList texts;
     for (int lang = 1; lang <= 3; ++lang) {
         Session::instance().language = qint16(lang);
