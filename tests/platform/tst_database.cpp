@@ -2,13 +2,13 @@
 
 #include "platform/Database.h"
 #include "platform/SqlFunctions.h"
-#include "session/Session.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
+#include <memory>
 
 using platform::Database;
 
@@ -16,11 +16,11 @@ class tst_Database : public QObject
 {
     Q_OBJECT
 private slots:
+    void init();
+    void cleanup() { m_folder.reset(); }
     void refusesBadCredentialsAndForeignFiles_data();
     void refusesBadCredentialsAndForeignFiles();
-    void caseNumbersSortByValueThenText();
-    void lookupsIgnoreLetterCaseWithAccents();
-    void sortKeysOrderAsTheCollation();
+    void ordersAndComparesAsTheOffice();
     void valAndLeft_data();
     void valAndLeft();
     void newRowKeyIsKnownBeforeStoring();
@@ -28,24 +28,41 @@ private slots:
     void usedLookupEntriesCannotBeDeleted();
     void renamedLookupEntryFollowsIntoItsRows();
     void aShortLockByAnotherCopyIsWaitedFor();
+
+private:
+    Database& db() { return m_folder->db(); }
+    QStringList column(const QString& sql)
+    {
+        QStringList values;
+        for (const auto& r : db().select(sql))
+            values << r.value(0).toString();
+        return values;
+    }
+    std::unique_ptr<testsupport::TestFolder> m_folder;
 };
+
+void tst_Database::init()
+{
+    m_folder = std::make_unique<testsupport::TestFolder>();
+    if (QTest::currentTestFunction() != QLatin1String("refusesBadCredentialsAndForeignFiles"))
+        QVERIFY(m_folder->open());
+}
 
 void tst_Database::refusesBadCredentialsAndForeignFiles_data()
 {
     QTest::addColumn<QString>("account");
     QTest::addColumn<QString>("password");
     QTest::addColumn<QString>("connect");
-    QTest::addColumn<QByteArray>("replaceDataFile");
+    QTest::addColumn<QByteArray>("fileBytes");
     QTest::addColumn<QString>("expected");
     const QString account = QStringLiteral("Vida Márton");
-    QTest::newRow("wrong account") << "Kiss Béla" << "vm4817" << "pwd=vm4817" << QByteArray()
-                                   << "Not a valid account name or password.";
-    QTest::newRow("wrong account password") << account << "vm4818" << "pwd=vm4817"
-                                            << QByteArray() << "Not a valid account name or password.";
+    const QString badAccount = QStringLiteral("Not a valid account name or password.");
+    QTest::newRow("wrong account") << "Kiss Béla" << "vm4817" << "pwd=vm4817" << QByteArray() << badAccount;
+    QTest::newRow("wrong account password") << account << "vm4818" << "pwd=vm4817" << QByteArray() << badAccount;
     QTest::newRow("wrong database password") << account << "vm4817" << "pwd=xx" << QByteArray()
                                              << "Not a valid password.";
-    QTest::newRow("text file") << account << "vm4817" << "pwd=vm4817"
-                               << QByteArray("path=C:\\IRODA\r\n") << "Unrecognized database format";
+    QTest::newRow("text file") << account << "vm4817" << "pwd=vm4817" << QByteArray("path=C:\\x\r\n")
+                               << "Unrecognized database format";
     QTest::newRow("empty file") << account << "vm4817" << "pwd=vm4817" << QByteArray("")
                                 << "Unrecognized database format";
 }
@@ -55,183 +72,143 @@ void tst_Database::refusesBadCredentialsAndForeignFiles()
     QFETCH(QString, account);
     QFETCH(QString, password);
     QFETCH(QString, connect);
-    QFETCH(QByteArray, replaceDataFile);
+    QFETCH(QByteArray, fileBytes);
     QFETCH(QString, expected);
-    testsupport::TestFolder folder;
-    if (!replaceDataFile.isNull())
-        testsupport::writeFile(folder.dataFile(), replaceDataFile);
-    const QByteArray before = testsupport::readFile(folder.dataFile());
-    const QDateTime modified = QFileInfo(folder.dataFile()).lastModified();
+    const QString file = m_folder->dataFile();
+    if (!fileBytes.isNull())
+        testsupport::writeFile(file, fileBytes);
+    const QByteArray before = testsupport::readFile(file);
+    const QDateTime modified = QFileInfo(file).lastModified();
 
-    Database db;
+    Database other;
     QString error;
-    QVERIFY(!db.open(folder.dataFile(), folder.dataFolder() + "/caujog.mdw", account, password,
-                     connect, &error));
+    QVERIFY(!other.open(file, m_folder->dataFolder() + "/caujog.mdw", account, password, connect,
+                        &error));
     QVERIFY2(error.startsWith(expected), qPrintable(error));
-    QVERIFY(!db.isOpen());
-    QCOMPARE(testsupport::readFile(folder.dataFile()), before);
-    QCOMPARE(QFileInfo(folder.dataFile()).lastModified(), modified);
-    QVERIFY(!QFileInfo::exists(folder.dataFile() + "-journal"));
+    QVERIFY(!other.isOpen());
+    // Nothing was written to the file that failed to open.
+    QCOMPARE(testsupport::readFile(file), before);
+    QCOMPARE(QFileInfo(file).lastModified(), modified);
+    QVERIFY(!QFileInfo::exists(file + "-journal"));
 }
 
-void tst_Database::caseNumbersSortByValueThenText()
+void tst_Database::ordersAndComparesAsTheOffice()
 {
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
+    // Case numbers: numeric value first (0 without a leading number), then the text; the
+    // stored ordering value agrees with val().
     for (const char* n : {"10", "9", "9/A", "A1", "10/A", "2019/123"})
-        QVERIFY(db.exec("INSERT INTO ugyek (ugyszam, ugyfelkod) VALUES (?, 1)", {QString::fromLatin1(n)}));
-    const QStringList expected = {"A1", "9", "9/A", "10", "10/A", "2019/123"};
-    for (const char* order : {"val(ugyek.ugyszam), ugyek.ugyszam", "ugyek.ugyszamertek, ugyek.ugyszam"}) {
-        QStringList listed;
-        for (const auto& r : db.select(QString("SELECT ugyszam FROM ugyek ORDER BY ") + order))
-            listed << r.text("ugyszam");
-        QCOMPARE(listed, expected);
-    }
-}
+        QVERIFY(db().exec("INSERT INTO ugyek (ugyszam, ugyfelkod) VALUES (?, 1)", {QString(n)}));
+    const QStringList cases = {"A1", "9", "9/A", "10", "10/A", "2019/123"};
+    QCOMPARE(column("SELECT ugyszam FROM ugyek ORDER BY val(ugyszam), ugyszam"), cases);
+    QCOMPARE(column("SELECT ugyszam FROM ugyek ORDER BY ugyszamertek, ugyszam"), cases);
 
-void tst_Database::lookupsIgnoreLetterCaseWithAccents()
-{
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    QCOMPARE(db.scalar("SELECT 'ÜGYVÉD' = ? COLLATE HU", {QStringLiteral("ügyvéd")}).toInt(), 1);
-    QCOMPARE(db.scalar("SELECT 'ÁRVÍZTŰRŐ' = ? COLLATE HU", {QStringLiteral("árvíztűrő")}).toInt(), 1);
-    // Accents still count: a and á are different letters for a key.
-    QCOMPARE(db.scalar("SELECT 'kar' = ? COLLATE HU", {QStringLiteral("kár")}).toInt(), 0);
-    QCOMPARE(db.first("SELECT felirkod FROM felirat WHERE felirkod = ? COLLATE HU", {"ugyek"})
-                     .text("felirkod"),
-             QStringLiteral("Ugyek"));
-    QCOMPARE(db.scalar("SELECT count(*) FROM uzenetek WHERE uzenkod = ? COLLATE HU", {"NINCSJOG"}).toInt(), 1);
-}
-
-void tst_Database::sortKeysOrderAsTheCollation()
-{
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    const QStringList names = {"Zoltán", "Ödön", "Oszkár", "Csaba", "Ábel", "Cecília", "cukor",
-                               "Kovács", "kovács", "Gyula", "Gábor", "Szabó", "Sándor", "", "Ó"};
-    for (const QString& n : names)
-        QVERIFY(db.exec("INSERT INTO ugyfelek (unev1, unev1kulcs) VALUES (?, ?)",
-                        {n, platform::huSortKey(n)}));
-    auto order = [&](const QString& by) {
-        QStringList list;
-        for (const auto& r : db.select("SELECT unev1 FROM ugyfelek ORDER BY " + by + ", unev1"))
-            list << r.text("unev1");
-        return list;
-    };
-    const QStringList hungarian = order("unev1 COLLATE HU");
+    // Names: Hungarian order, letter case ignored; the stored sort key gives the same order.
+    for (const QString n : {"Zoltán", "Ödön", "Oszkár", "Csaba", "Ábel", "Cecília", "cukor",
+                            "Kovács", "kovács", "Gyula", "Gábor", "Szabó", "Sándor", "", "Ó"})
+        QVERIFY(db().exec("INSERT INTO ugyfelek (unev1, unev1kulcs) VALUES (?, ?)",
+                          {n, platform::huSortKey(n)}));
+    const QStringList hungarian = column("SELECT unev1 FROM ugyfelek ORDER BY unev1 COLLATE HU, unev1");
     QCOMPARE(hungarian.filter(QRegularExpression("^(Zoltán|Ödön|Oszkár|Csaba|Ábel|Cecília)$")),
              QStringList({"Ábel", "Cecília", "Csaba", "Oszkár", "Ödön", "Zoltán"}));
-    // The stored key gives the same order, and the SQL function the same key as the program.
-    QCOMPARE(order("unev1kulcs"), hungarian);
-    QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1kulcs IS NOT hukulcs(unev1)").toInt(), 0);
+    QCOMPARE(column("SELECT unev1 FROM ugyfelek ORDER BY unev1kulcs, unev1"), hungarian);
+    QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek WHERE unev1kulcs IS NOT hukulcs(unev1)").toInt(), 0);
+
+    // Equality ignores letter case, accented letters too, but not the accents themselves.
+    QCOMPARE(db().scalar("SELECT 'ÜGYVÉD' = ? COLLATE HU", {QStringLiteral("ügyvéd")}).toInt(), 1);
+    QCOMPARE(db().scalar("SELECT 'ÁRVÍZTŰRŐ' = ? COLLATE HU", {QStringLiteral("árvíztűrő")}).toInt(), 1);
+    QCOMPARE(db().scalar("SELECT 'kar' = ? COLLATE HU", {QStringLiteral("kár")}).toInt(), 0);
+    QCOMPARE(column("SELECT felirkod FROM felirat WHERE felirkod = 'ugyek' COLLATE HU"),
+             QStringList{"Ugyek"});
 }
 
 void tst_Database::valAndLeft_data()
 {
-    QTest::addColumn<QVariant>("text");
-    QTest::addColumn<QVariant>("value");
-    QTest::newRow("number") << QVariant("10") << QVariant(10);
-    QTest::newRow("number and letter") << QVariant("10/A") << QVariant(10);
-    QTest::newRow("year and number") << QVariant("2019/123") << QVariant(2019);
-    QTest::newRow("letter first") << QVariant("A1") << QVariant(0);
-    QTest::newRow("blanks") << QVariant(" 1 2x") << QVariant(12);
-    QTest::newRow("decimal") << QVariant("2.5kg") << QVariant(2.5);
-    QTest::newRow("empty") << QVariant("") << QVariant(0);
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("value");
+    QTest::newRow("number") << "10" << 10.0;
+    QTest::newRow("number and letter") << "10/A" << 10.0;
+    QTest::newRow("year and number") << "2019/123" << 2019.0;
+    QTest::newRow("letter first") << "A1" << 0.0;
+    QTest::newRow("blanks") << " 1 2x" << 12.0;
+    QTest::newRow("decimal") << "2.5kg" << 2.5;
+    QTest::newRow("accents") << "Ödön" << 0.0;
 }
 
 void tst_Database::valAndLeft()
 {
-    QFETCH(QVariant, text);
-    QFETCH(QVariant, value);
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    QCOMPARE(db.scalar("SELECT val(?)", {text}).toDouble(), value.toDouble());
-    QCOMPARE(db.scalar("SELECT \"left\"(?, 2)", {text}).toString(), text.toString().left(2));
-    QVERIFY(db.scalar("SELECT \"left\"(NULL, 2)").isNull());
-    QCOMPARE(db.scalar("SELECT \"left\"('Ödön', 0)").toString(), QString());
-    QCOMPARE(db.scalar("SELECT \"left\"('Ödön', 9)").toString(), QStringLiteral("Ödön"));
+    QFETCH(QString, text);
+    QFETCH(double, value);
+    QCOMPARE(db().scalar("SELECT val(?)", {text}).toDouble(), value);
+    QCOMPARE(db().scalar("SELECT \"left\"(?, 2)", {text}).toString(), text.left(2));
+    QCOMPARE(db().scalar("SELECT \"left\"(?, 0)", {text}).toString(), QString());
+    QCOMPARE(db().scalar("SELECT \"left\"(?, 9)", {text}).toString(), text);
+    QVERIFY(db().scalar("SELECT \"left\"(NULL, 2)").isNull());
 }
 
 void tst_Database::newRowKeyIsKnownBeforeStoring()
 {
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    const int before = db.scalar("SELECT count(*) FROM ugyfelek").toInt();
     QVariant key;
     {
-        platform::NewRow row(db, "ugyfelek", "ukod");
-        QVERIFY(row.isValid());
+        platform::NewRow row(db(), "ugyfelek", "ukod");
         key = row.key();
         QVERIFY(key.toInt() > 0);
         row.set("unev1", QStringLiteral("Új Ügyfél"));
         QVERIFY(row.update());
     }
-    QCOMPARE(db.first("SELECT unev1 FROM ugyfelek WHERE ukod = ?", {key}).text("unev1"),
+    QCOMPARE(db().first("SELECT unev1 FROM ugyfelek WHERE ukod = ?", {key}).text("unev1"),
              QStringLiteral("Új Ügyfél"));
     {
         // A new row that is never stored leaves nothing behind, and its key is not reused.
-        platform::NewRow abandoned(db, "ugyfelek", "ukod");
+        platform::NewRow abandoned(db(), "ugyfelek", "ukod");
         QVERIFY(abandoned.key().toInt() > key.toInt());
     }
-    QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek").toInt(), before + 1);
-    QVERIFY(!db.inTransaction());
+    QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek").toInt(), 1);
+    QVERIFY(!db().inTransaction());
 }
 
 void tst_Database::usedLookupEntriesCannotBeDeleted_data()
 {
-    QTest::addColumn<QString>("insertUser");
-    QTest::addColumn<QString>("lookupTable");
-    QTest::addColumn<QString>("keyColumn");
+    QTest::addColumn<QString>("lookup"); // table.column
     QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("use");
     QTest::addColumn<QString>("userTable");
-    QTest::newRow("country of a client") << "INSERT INTO ugyfelek (unev1, uorszag) VALUES ('X', ?)"
-                                         << "orszagok" << "orszagnev" << "Szlovénia" << "ugyfelek";
-    QTest::newRow("country of a postal code") << "INSERT INTO irsz (orszag, irsz, hely) VALUES (?, '1', 'X')"
-                                              << "orszagok" << "orszagnev" << "Szlovénia" << "irsz";
-    QTest::newRow("case type") << "INSERT INTO ugyek (ugyszam, ugytipus) VALUES ('1', ?)"
-                               << "tipusok" << "tipus" << "Polgári" << "ugyek";
-    QTest::newRow("lawyer of a case") << "INSERT INTO ugyek (ugyszam, ugyved) VALUES ('1', ?)"
-                                      << "ugyvedek" << "ugyvednev" << "Dr. Kis Anna" << "ugyek";
-    QTest::newRow("lawyer of a user") << "INSERT INTO felhasznalo (loginnev, alapugyv) VALUES ('X', ?)"
-                                      << "ugyvedek" << "ugyvednev" << "Dr. Kis Anna" << "felhasznalo";
+    QTest::newRow("country of a client") << "orszagok.orszagnev" << "Szlovénia"
+                                         << "INSERT INTO ugyfelek (uorszag) VALUES (?)" << "ugyfelek";
+    QTest::newRow("country of a postal code") << "orszagok.orszagnev" << "Szlovénia"
+                                              << "INSERT INTO irsz (orszag) VALUES (?)" << "irsz";
+    QTest::newRow("case type") << "tipusok.tipus" << "Polgári"
+                               << "INSERT INTO ugyek (ugyszam, ugytipus) VALUES ('1', ?)" << "ugyek";
+    QTest::newRow("lawyer of a case") << "ugyvedek.ugyvednev" << "Dr. Kis Anna"
+                                      << "INSERT INTO ugyek (ugyszam, ugyved) VALUES ('1', ?)" << "ugyek";
+    QTest::newRow("lawyer of a user") << "ugyvedek.ugyvednev" << "Dr. Kis Anna"
+                                      << "INSERT INTO felhasznalo (alapugyv) VALUES (?)" << "felhasznalo";
 }
 
 void tst_Database::usedLookupEntriesCannotBeDeleted()
 {
-    QFETCH(QString, insertUser);
-    QFETCH(QString, lookupTable);
-    QFETCH(QString, keyColumn);
+    QFETCH(QString, lookup);
     QFETCH(QString, value);
+    QFETCH(QString, use);
     QFETCH(QString, userTable);
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    QVERIFY(db.insert(lookupTable, {{keyColumn, value}}));
-    QVERIFY(db.exec(insertUser, {value}));
+    const QString table = lookup.section('.', 0, 0);
+    const QString key = lookup.section('.', 1) + " = ?";
+    QVERIFY(db().insert(table, {{lookup.section('.', 1), value}}));
+    QVERIFY(db().exec(use, {value}));
     QString error;
-    QVERIFY(!db.remove(lookupTable, keyColumn + " = ?", {value}, &error));
+    QVERIFY(!db().remove(table, key, {value}, &error));
     QCOMPARE(error, platform::EngineError::relatedRecords(userTable));
-    QCOMPARE(db.scalar(QString("SELECT count(*) FROM %1 WHERE %2 = ?").arg(lookupTable, keyColumn), {value}).toInt(), 1);
-
+    QCOMPARE(db().scalar(QString("SELECT count(*) FROM %1 WHERE %2").arg(table, key), {value}).toInt(), 1);
     // Once nothing uses it, the entry goes.
-    QVERIFY(db.exec(QString("DELETE FROM %1").arg(userTable)));
-    QVERIFY2(db.remove(lookupTable, keyColumn + " = ?", {value}, &error), qPrintable(error));
+    QVERIFY(db().exec("DELETE FROM " + userTable));
+    QVERIFY2(db().remove(table, key, {value}, &error), qPrintable(error));
 }
 
 void tst_Database::renamedLookupEntryFollowsIntoItsRows()
 {
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    Database& db = folder.db();
-    QVERIFY(db.exec("INSERT INTO ugyfelek (unev1, uorszag) VALUES ('A', 'Ausztria')"));
-    QVERIFY(db.exec("UPDATE orszagok SET orszagnev = 'Österreich' WHERE orszagnev = 'Ausztria'"));
-    QCOMPARE(db.scalar("SELECT uorszag FROM ugyfelek WHERE unev1 = 'A'").toString(), QStringLiteral("Österreich"));
-    QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Ausztria'").toInt(), 0);
+    QVERIFY(db().exec("INSERT INTO ugyfelek (unev1, uorszag) VALUES ('A', 'Ausztria')"));
+    QVERIFY(db().exec("UPDATE orszagok SET orszagnev = 'Österreich' WHERE orszagnev = 'Ausztria'"));
+    QCOMPARE(column("SELECT uorszag FROM ugyfelek"), QStringList{"Österreich"});
+    QCOMPARE(db().scalar("SELECT count(*) FROM irsz WHERE orszag = 'Ausztria'").toInt(), 0);
 }
 
 namespace {
@@ -263,17 +240,14 @@ private:
 
 void tst_Database::aShortLockByAnotherCopyIsWaitedFor()
 {
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    OtherCopy other(folder.dataFile());
+    OtherCopy other(m_folder->dataFile());
     QSignalSpy locked(&other, &OtherCopy::locked);
     other.start();
     QTRY_VERIFY_WITH_TIMEOUT(locked.count() == 1, 5000);
     QString error;
-    QVERIFY2(folder.db().exec("INSERT INTO tipusok (tipus) VALUES ('Ez a gép')", {}, &error),
-             qPrintable(error));
+    QVERIFY2(db().exec("INSERT INTO tipusok (tipus) VALUES ('Ez a gép')", {}, &error), qPrintable(error));
     other.wait();
-    QCOMPARE(folder.db().scalar("SELECT count(*) FROM tipusok").toInt(), 2);
+    QCOMPARE(db().scalar("SELECT count(*) FROM tipusok").toInt(), 2);
 }
 
 QTEST_MAIN(tst_Database)
