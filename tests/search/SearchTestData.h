@@ -4,44 +4,29 @@
 #include "search/keres.h"
 
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
-#include <QVariant>
 
 // Rows for the search tests, written straight into the tables, and the screen they look at.
-namespace searchtest {
-
-inline qint64 addClient(platform::Database& db, const QVariant& name, const QVariant& place = "Budapest",
-                        const QVariant& street = "Fő utca 1.", const QVariant& postcode = "1011",
-                        const QVariant& country = "Magyarország")
+inline qint64 store(platform::Database& db, const char* table, const QVariantMap& row)
 {
     QVariant key;
-    QString error;
-    if (!db.insert("ugyfelek",
-              {{"unev1", name}, {"uhely", place}, {"uutca", street}, {"uirsz", postcode},
-               {"uorszag", country}},
-              &key, &error))
-        qWarning("client not stored: %s", qPrintable(error));
+    if (!db.insert(table, row, &key))
+        qWarning("%s: row not stored", table);
     return key.toLongLong();
 }
 
-inline void addCase(platform::Database& db, const QString& number, qint64 client,
-                    const QVariant& type = "Polgári ügy", const QVariant& opponent = "Ellenfél Kft.",
-                    const QVariant& start = "2008.01.10")
+inline qint64 addClient(platform::Database& db, const QVariant& name,
+                        const QVariant& place = "Budapest", const QVariant& postcode = "1011")
 {
-    QString error;
-    if (!db.insert("ugyek",
-                   {{"ugyszam", number}, {"ugyfelkod", client}, {"ugytipus", type},
-                    {"ellnev", opponent}, {"kezdet", start}},
-                   nullptr, &error))
-        qWarning("case not stored: %s", qPrintable(error));
+    return store(db, "ugyfelek", {{"unev1", name}, {"uhely", place}, {"uutca", "Fő utca 1."},
+                                  {"uirsz", postcode}, {"uorszag", "Magyarország"}});
 }
 
-// Types into a field key by key, as the user does.
-inline void type(QLineEdit* w, const QString& text)
+inline void addCase(platform::Database& db, const QString& number, qint64 client,
+                    QVariant opponent = "Ellenfél Kft.", QVariant start = "2008.01.10")
 {
-    for (const QChar c : text)
-        QTest::sendKeyEvent(QTest::Click, w, Qt::Key(c.toUpper().unicode()), QString(c), {});
+    store(db, "ugyek", {{"ugyszam", number}, {"ugyfelkod", client}, {"ugytipus", "Polgári ügy"},
+                        {"ellnev", opponent}, {"kezdet", start}});
 }
 
 // A search screen in a mode ("1" clients, "2" cases), shown as the main menu shows it.
@@ -56,16 +41,15 @@ struct Screen
             qWarning("search screen not shown");
     }
     QLineEdit* field(const QString& name) { return w.findChild<QLineEdit*>(name); }
-    // Types a filter and presses Enter in it.
-    void search(const QString& filter, const QString& text)
+    void type(const QString& name, const QString& text) // key by key, as the user does
     {
-        type(field(filter), text);
-        QTest::keyClick(field(filter), Qt::Key_Return);
+        for (const QChar c : text)
+            QTest::sendKeyEvent(QTest::Click, field(name), Qt::Key(c.toUpper().unicode()), c, {});
     }
-    void click(const char* button)
+    void search(const QString& name, const QString& text) // types a filter and presses Enter
     {
-        QTest::mouseClick(w.findChild<QPushButton*>(button), Qt::LeftButton);
+        type(name, text);
+        QTest::keyClick(field(name), Qt::Key_Return);
     }
+    void click(const char* b) { QTest::mouseClick(w.findChild<QWidget*>(b), Qt::LeftButton); }
 };
-
-} // namespace searchtest
