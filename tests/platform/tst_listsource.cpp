@@ -13,7 +13,6 @@ class tst_ListSource : public QObject
     Q_OBJECT
 private slots:
     void showsOnlyTheListedColumnsWithHeadingsAndWidths();
-    void newRecordSourceAndCurrentRow();
 };
 
 void tst_ListSource::showsOnlyTheListedColumnsWithHeadingsAndWidths()
@@ -43,30 +42,6 @@ void tst_ListSource::showsOnlyTheListedColumnsWithHeadingsAndWidths()
     QCOMPARE(grid.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Name"));
     QVERIFY(!grid.isColumnHidden(3));
     QCOMPARE(grid.columnWidth(3), platform::twipsToPixels(2500));
-}
-
-void tst_ListSource::newRecordSourceAndCurrentRow()
-{
-    testsupport::TestFolder folder(true);
-    QVERIFY(folder.open());
-    platform::ListSource source(folder.db());
-    QTableView grid;
-    source.bind(&grid);
-    source.setRecordSource("SELECT ugyszam FROM ugyek WHERE ugyszam = ? OR ugyszam = ? "
-                           "ORDER BY val(ugyszam), ugyszam",
-                           {"10/A", "9"});
-    QVERIFY(source.refresh());
-    QCOMPARE(source.rowCount(), 2);
-    QCOMPARE(source.position(), -1);
-    grid.setCurrentIndex(grid.model()->index(1, 0));
-    QCOMPARE(source.position(), 2);
-    QCOMPARE(source.value(1, "UGYSZAM").toString(), QStringLiteral("10/A"));
-
-    QString error;
-    source.setRecordSource("SELECT nincs FROM sehol");
-    QVERIFY(!source.refresh(&error));
-    QVERIFY(error.contains("sehol"));
-    QCOMPARE(source.rowCount(), 0);
 }
 
 QTEST_MAIN(tst_ListSource)

@@ -58,9 +58,8 @@ private slots:
     void failuresShowTheirMessageAndTouchNothing_data();
     void failuresShowTheirMessageAndTouchNothing();
     void engineRefusalEndsTheStart();
+    void startingValuesOfTheSession_data();
     void startingValuesOfTheSession();
-    void defaultLawyerOnlyWhenThereIsExactlyOne_data();
-    void defaultLawyerOnlyWhenThereIsExactlyOne();
     void locationScreenWritesTheQuotedLine();
 };
 
@@ -161,46 +160,39 @@ void tst_adatmegnyitas::engineRefusalEndsTheStart()
     QCOMPARE(after, before);
 }
 
+void tst_adatmegnyitas::startingValuesOfTheSession_data()
+{
+    QTest::addColumn<int>("kelllogon");
+    QTest::addColumn<QStringList>("lawyers");
+    QTest::addColumn<QString>("rights");
+    QTest::addColumn<QString>("defaultLawyer");
+    QTest::newRow("no login needed, no lawyer") << 0 << QStringList() << QString(20, u'1') << "";
+    QTest::newRow("login needed, one lawyer")
+            << -1 << QStringList{"Dr. Kis Anna"} << QString(20, u'0') << "Dr. Kis Anna";
+    QTest::newRow("two lawyers") << 0 << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"}
+                                 << QString(20, u'1') << "";
+}
+
 void tst_adatmegnyitas::startingValuesOfTheSession()
 {
-    for (const bool loginNeeded : {false, true}) {
-        TestFolder folder;
-        {
-            platform::Database db;
-            QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
-            QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {loginNeeded ? -1 : 0}));
-        }
-        QVERIFY(folder.open());
-        const Session& s = Session::instance();
-        QCOMPARE(s.rights, QString(20, loginNeeded ? u'0' : u'1'));
-        QCOMPARE(s.language, qint16(3));
-        QCOMPARE(s.userName, QString());
-        QCOMPARE(s.dateFormat, QStringLiteral("yyyy.mm.dd"));
-    }
-}
-
-void tst_adatmegnyitas::defaultLawyerOnlyWhenThereIsExactlyOne_data()
-{
-    QTest::addColumn<QStringList>("lawyers");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("none") << QStringList() << "";
-    QTest::newRow("one") << QStringList{"Dr. Kis Anna"} << "Dr. Kis Anna";
-    QTest::newRow("two") << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"} << "";
-}
-
-void tst_adatmegnyitas::defaultLawyerOnlyWhenThereIsExactlyOne()
-{
+    QFETCH(int, kelllogon);
     QFETCH(QStringList, lawyers);
-    QFETCH(QString, expected);
+    QFETCH(QString, rights);
+    QFETCH(QString, defaultLawyer);
     TestFolder folder;
     {
         platform::Database db;
         QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
+        QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {kelllogon}));
         for (const QString& l : lawyers)
             QVERIFY(db.exec("INSERT INTO ugyvedek (ugyvednev) VALUES (?)", {l}));
     }
     QVERIFY(folder.open());
-    QCOMPARE(Session::instance().defaultLawyer, expected);
+    const Session& s = Session::instance();
+    QCOMPARE(s.rights, rights);
+    QCOMPARE(s.language, qint16(3));
+    QCOMPARE(s.userName, QString());
+    QCOMPARE(s.defaultLawyer, defaultLawyer);
 }
 
 void tst_adatmegnyitas::locationScreenWritesTheQuotedLine()
