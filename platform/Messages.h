@@ -13,7 +13,6 @@ enum MessageStyle : int {
     ErrorNotice = 16, // OK, stop sign
     Confirmation = 276, // Yes/No, stop sign, No the default
     RestoreQuestion = 52, // Yes/No, exclamation sign, Yes the default
-    ExclamationNotice = 48,
 };
 
 // Answers, with the values the office's program has always used.
