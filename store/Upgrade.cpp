@@ -51,6 +51,11 @@ void fillCaptions(platform::Database& db, const QString& key,
 
 void fillClientSortKeys(platform::Database& db)
 {
+    // Look first: an UPDATE would take the file's write lock even when it changes nothing.
+    if (db.first(QStringLiteral("SELECT 1 FROM ugyfelek WHERE unev1kulcs IS NULL "
+                                "AND unev1 IS NOT NULL LIMIT 1"))
+                .isEmpty())
+        return;
     db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1) "
                            "WHERE unev1kulcs IS NULL AND unev1 IS NOT NULL"));
 }
