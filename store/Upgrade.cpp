@@ -51,9 +51,10 @@ void fillCaptions(platform::Database& db, const QString& key,
 
 void fillClientSortKeys(platform::Database& db)
 {
-    // Look first: an UPDATE would take the file's write lock even when it changes nothing.
-    if (db.first(QStringLiteral("SELECT 1 FROM ugyfelek WHERE unev1kulcs IS NULL "
-                                "AND unev1 IS NOT NULL LIMIT 1"))
+    // Look first, through the key's index: an UPDATE would take the file's write lock even
+    // when it changes nothing, and this runs each time a client list is shown.
+    if (db.first(QStringLiteral("SELECT 1 FROM ugyfelek INDEXED BY ugyfelek_sorrend "
+                                "WHERE unev1kulcs IS NULL AND unev1 IS NOT NULL LIMIT 1"))
                 .isEmpty())
         return;
     db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1) "
