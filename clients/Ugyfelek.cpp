@@ -9,8 +9,8 @@
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/Messages.h"
-#include "platform/SqlFunctions.h"
 #include "session/Jog.h"
+#include "store/Clients.h"
 
 #include <QAbstractItemView>
 #include <QButtonGroup>
@@ -32,13 +32,7 @@ QVariant textValue(const QString& text)
     return text.isEmpty() ? QVariant(QMetaType(QMetaType::QString)) : QVariant(text);
 }
 
-// The key as the table holds it; a text that is no number matches no client.
-QVariant keyValue(const QString& text)
-{
-    bool ok = false;
-    const qlonglong key = text.trimmed().toLongLong(&ok);
-    return ok ? QVariant(key) : QVariant();
-}
+const QString module = QStringLiteral("Ugyfelek");
 
 } // namespace
 
@@ -53,7 +47,7 @@ Ugyfelek::Ugyfelek(const ListChoice& choice, QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
 
     // Loading: the browse set is the search screen's list query.
-    m_browse.setRecordSource(choice.query, choice.params);
+    m_browse.setRecordSource(choice.list);
 
     m_ui->ukod->hide();
     m_ui->hivo->hide();
@@ -155,12 +149,13 @@ void Ugyfelek::Activate()
 void Ugyfelek::ugyffeltolt()
 {
     m_browse.refresh();
-    const QVariant key = keyValue(m_ksorsz);
-    if (!key.isValid())
-        return;
     // The client is read from the table by its key, whether or not the list holds it.
-    const platform::Row row = Session::instance().database.first(
-            QStringLiteral("select * from ugyfelek where ukod = ?"), {key});
+    QString error;
+    const platform::Row row = store::Clients(Session::instance().database)
+                                      .find(store::Clients::key(m_ksorsz), &error);
+    if (!error.isEmpty())
+        engineFailure(Session::instance().database.lastFailure(), error, module,
+                      QStringLiteral("ugyffeltolt"), this);
     if (row.isEmpty())
         return;
     m_ui->ukod->setText(row.text(QStringLiteral("ukod")));
@@ -222,10 +217,6 @@ QVariantMap Ugyfelek::columnValues(bool newClient)
         m_ui->orszag->setEditText(defaultCountry());
     QVariantMap values{
             {QStringLiteral("unev1"), textValue(m_ui->nev1->text())},
-            // The name's sort key keeps the client lists in order.
-            {QStringLiteral("unev1kulcs"), m_ui->nev1->text().isEmpty()
-                     ? QVariant()
-                     : QVariant(platform::huSortKey(m_ui->nev1->text()))},
             {QStringLiteral("unev2"), textValue(m_ui->nev2->text())},
             {QStringLiteral("uorszag"), textValue(m_ui->orszag->currentText())},
             {QStringLiteral("uhely"), textValue(m_ui->hely->text())},
@@ -250,20 +241,13 @@ QVariantMap Ugyfelek::columnValues(bool newClient)
 
 void Ugyfelek::g5_Click()
 {
-    platform::Database& db = Session::instance().database;
+    store::Clients clients(Session::instance().database);
     const QString mode = hivo();
-    QString error;
     if (mode == QLatin1String("1") || mode == QLatin1String("3")) {
-        platform::NewRow row(db, QStringLiteral("ugyfelek"), QStringLiteral("ukod"));
-        const QVariantMap values = columnValues(true);
-        for (auto it = values.cbegin(); it != values.cend(); ++it)
-            row.set(it.key(), it.value());
-        if (!row.isValid() || !row.update(&error)) {
-            platform::messageBox(row.isValid() ? error : row.error(), platform::ErrorNotice,
-                                 QString(), this);
+        const store::Written written = clients.add(columnValues(true));
+        if (!reportWrite(written, module, QStringLiteral("g5"), this))
             return;
-        }
-        m_ui->ukod->setText(row.key().toString());
+        m_ui->ukod->setText(written.key.toString());
         if (mode == QLatin1String("3")) {
             // Back to the case screen, which takes the new client; this screen stays loaded.
             if (m_caseScreen)
@@ -274,11 +258,12 @@ void Ugyfelek::g5_Click()
         }
     } else if (mode == QLatin1String("2")) {
         m_browse.refresh();
-        if (!db.update(QStringLiteral("ugyfelek"), columnValues(false), QStringLiteral("ukod = ?"),
-                       {keyValue(m_ui->ukod->text())}, &error)) {
-            platform::messageBox(error, platform::ErrorNotice, QString(), this);
+        // A client deleted meanwhile on another workstation is told, and the entry stays on
+        // screen; nothing is written into any other client.
+        if (!reportWrite(clients.change(store::Clients::key(m_ui->ukod->text()),
+                                        columnValues(false)),
+                         module, QStringLiteral("g5"), this))
             return;
-        }
     }
     // The fields stay open for typing, but nothing more is saved until new or change.
     setEntryButtons(false);
@@ -290,19 +275,12 @@ void Ugyfelek::g6_Click()
         return;
     if (uzenet(QStringLiteral("torol"), platform::Confirmation, this) != platform::AnswerYes)
         return;
-    platform::Database& db = Session::instance().database;
-    const QVariant key = keyValue(m_ui->ukod->text());
-    const platform::Row firstCase
-            = db.first(QStringLiteral("select * from ugyek where ugyfelkod = ?"), {key});
-    if (!firstCase.isEmpty()) {
-        uzenet(QStringLiteral("nemtorol"), platform::Notice, this);
+    // Counting the client's cases and deleting happen in one write transaction.
+    const store::Written written = store::Clients(Session::instance().database)
+                                           .remove(store::Clients::key(m_ui->ukod->text()));
+    if (written.result != store::Written::Gone
+        && !reportWrite(written, module, QStringLiteral("g6"), this))
         return;
-    }
-    QString error;
-    if (!db.remove(QStringLiteral("ugyfelek"), QStringLiteral("ukod = ?"), {key}, &error)) {
-        platform::messageBox(error, platform::ErrorNotice, QString(), this);
-        return;
-    }
     // The deleted key stays in ukod.
     emptyEntryFields();
     clearCompanyOption();

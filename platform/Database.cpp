@@ -3,6 +3,11 @@
 #include "platform/SqlFunctions.h"
 
 #include <QAtomicInt>
+#include <atomic>
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QThread>
 #include <QCryptographicHash>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -14,6 +19,8 @@
 #include <QSqlRecord>
 #include <QUrl>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace platform {
 
@@ -22,7 +29,7 @@ namespace {
 // 'CAUS' and 'CAUJ': marks that tell a Causora data file and account file from other files.
 constexpr int dataFileId = 0x43415553;
 constexpr int accountFileId = 0x4341554A;
-constexpr int busyTimeoutMs = 10000;
+std::atomic<int> defaultBusyWaitMs{5000};
 
 QString nextConnectionName()
 {
@@ -34,6 +41,68 @@ QString errorText(const QSqlError& e)
 {
     const QString t = e.databaseText().isEmpty() ? e.text() : e.databaseText();
     return t.trimmed();
+}
+
+Failure failureOf(int code)
+{
+    switch (code & 0xff) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+        return Failure::None;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return Failure::Busy;
+    case SQLITE_READONLY:
+        return Failure::ReadOnly;
+    case SQLITE_CORRUPT:
+        return Failure::Damaged;
+    case SQLITE_NOTADB:
+        return Failure::NotCausora;
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+    case SQLITE_CANTOPEN:
+        return Failure::Unreadable;
+    case SQLITE_CONSTRAINT:
+        return Failure::Refused;
+    default:
+        return Failure::Other;
+    }
+}
+
+// Access as the office sets it on the file: a file whose permission bits allow nobody to
+// write (or read) it is treated so even for an account the system would let through.
+bool allowed(const QString& path, int mode)
+{
+    const QByteArray native = QFile::encodeName(path);
+    if (::access(native.constData(), mode) != 0)
+        return false;
+    struct stat st;
+    if (::stat(native.constData(), &st) != 0)
+        return false;
+    const mode_t bits = mode == R_OK ? (S_IRUSR | S_IRGRP | S_IROTH)
+            : mode == W_OK           ? (S_IWUSR | S_IWGRP | S_IWOTH)
+                                     : (S_IXUSR | S_IXGRP | S_IXOTH);
+    return (st.st_mode & bits) != 0;
+}
+
+// True when the file starts as every SQLite database does (an empty file is a new one).
+bool looksLikeDatabase(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray head = f.read(16);
+    return head.isEmpty() || head == QByteArray("SQLite format 3", 16);
+}
+
+// Keeps the windows painted while a step waits for another workstation's lock. Input is left
+// in the queue, so nothing the user does runs in the middle of the step.
+void keepPainting()
+{
+    if (QCoreApplication::instance()
+        && QThread::currentThread() == QCoreApplication::instance()->thread())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 20);
 }
 
 QString passwordHash(const QString& salt, const QString& password)
@@ -48,23 +117,6 @@ QString newSalt()
     quint64 a = QRandomGenerator::system()->generate64();
     quint64 b = QRandomGenerator::system()->generate64();
     return QString::number(a, 16) + QString::number(b, 16);
-}
-
-bool prepareAndExec(QSqlQuery& q, const QString& sql, const QVariantList& params, QString* error)
-{
-    if (!q.prepare(sql)) {
-        if (error)
-            *error = errorText(q.lastError());
-        return false;
-    }
-    for (const QVariant& v : params)
-        q.addBindValue(v);
-    if (!q.exec()) {
-        if (error)
-            *error = errorText(q.lastError());
-        return false;
-    }
-    return true;
 }
 
 Row rowOf(const QSqlQuery& q)
@@ -89,17 +141,21 @@ public:
     {
         m_rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &m_db, flags, nullptr);
         if (m_rc == SQLITE_OK)
-            sqlite3_busy_timeout(m_db, busyTimeoutMs);
+            sqlite3_busy_timeout(m_db, defaultBusyWaitMs.load());
     }
     ~RawFile() { sqlite3_close(m_db); }
     bool ok() const { return m_rc == SQLITE_OK; }
     QString error() const { return QString::fromUtf8(sqlite3_errmsg(m_db)); }
+    // The failure behind the last error.
+    Failure failure() const { return failureOf(sqlite3_errcode(m_db)); }
     // Runs a query of one text/int column; returns false on an engine error.
     bool query(const char* sql, const QString& bind, QStringList* out)
     {
         sqlite3_stmt* st = nullptr;
-        if (sqlite3_prepare_v2(m_db, sql, -1, &st, nullptr) != SQLITE_OK)
+        if (sqlite3_prepare_v2(m_db, sql, -1, &st, nullptr) != SQLITE_OK) {
+            sqlite3_finalize(st);
             return false;
+        }
         if (!bind.isNull()) {
             const QByteArray b = bind.toUtf8();
             sqlite3_bind_text(st, 1, b.constData(), int(b.size()), SQLITE_TRANSIENT);
@@ -163,11 +219,50 @@ QString relatedRecords(const QString& table)
                           "includes related records.")
             .arg(table);
 }
+QString relatedRecordRequired(const QString& table)
+{
+    return QStringLiteral("You cannot add or change a record because a related record is "
+                          "required in table '%1'.")
+            .arg(table);
+}
+QString busy()
+{
+    return QStringLiteral("The database is locked by another workstation.");
+}
+QString readOnly()
+{
+    return QStringLiteral("The database is opened read-only.");
+}
+QString damaged()
+{
+    return QStringLiteral("The database disk image is malformed.");
+}
+QString locked(const QString& path)
+{
+    return QStringLiteral("The file '%1' is locked by another program.").arg(path);
+}
+QString unreadable(const QString& path)
+{
+    return QStringLiteral("The file '%1' or its folder may not be read.").arg(path);
+}
 } // namespace EngineError
 
 // --- Database ---
 
-Database::Database() : m_connectionName(nextConnectionName()) { }
+void Database::setDefaultBusyWait(int ms)
+{
+    defaultBusyWaitMs = ms;
+}
+
+int Database::defaultBusyWait()
+{
+    return defaultBusyWaitMs;
+}
+
+Database::Database()
+    : m_connectionName(nextConnectionName()), m_busyWaitMs(defaultBusyWaitMs.load())
+{
+}
 
 Database::~Database()
 {
@@ -197,7 +292,51 @@ void Database::close()
     }
     QSqlDatabase::removeDatabase(m_connectionName);
     m_inTransaction = false;
+    m_readOnly = false;
+    m_damaged = false;
     m_filePath.clear();
+}
+
+bool Database::fail(Failure failure, const QString& text, QString* error) const
+{
+    m_failure = failure;
+    if (failure == Failure::Damaged)
+        m_damaged = true;
+    if (error)
+        *error = text;
+    return false;
+}
+
+bool Database::failOn(const QSqlError& e, QString* error) const
+{
+    bool ok = false;
+    const int code = e.nativeErrorCode().toInt(&ok);
+    return fail(ok ? failureOf(code) : Failure::Other, errorText(e), error);
+}
+
+bool Database::writeAllowed(QString* error) const
+{
+    if (m_damaged)
+        return fail(Failure::Damaged, EngineError::damaged(), error);
+    if (m_readOnly)
+        return fail(Failure::ReadOnly, EngineError::readOnly(), error);
+    return true;
+}
+
+int Database::onBusy(void* self, int count)
+{
+    auto* db = static_cast<Database*>(self);
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    if (count == 0)
+        db->m_busySinceMs = now;
+    if (now - db->m_busySinceMs >= db->m_busyWaitMs)
+        return 0;
+    // Anything that runs while the windows paint must not use this connection meanwhile.
+    db->m_waiting = true;
+    keepPainting();
+    QThread::msleep(10);
+    db->m_waiting = false;
+    return 1;
 }
 
 bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustExist,
@@ -212,16 +351,18 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
     if (mustExist)
         name += readOnly ? QStringLiteral("?mode=ro") : QStringLiteral("?mode=rw");
     db.setDatabaseName(name);
-    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1%2")
-                                 .arg(busyTimeoutMs)
+    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI%1")
                                  .arg(readOnly ? QStringLiteral(";QSQLITE_OPEN_READONLY")
                                                : QString()));
-    if (!db.open()) {
-        if (error)
-            *error = errorText(db.lastError());
+    auto drop = [&] {
+        db.close();
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_connectionName);
         m_registered = false;
+    };
+    if (!db.open()) {
+        failOn(db.lastError(), error);
+        drop();
         return false;
     }
     sqlite3* handle = nullptr;
@@ -230,47 +371,57 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
         handle = *static_cast<sqlite3* const*>(v.constData());
     QString regError;
     if (!handle || !registerTextRules(handle, &regError)) {
-        if (error)
-            *error = regError.isEmpty() ? QStringLiteral("No SQLite handle") : regError;
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(m_connectionName);
-        m_registered = false;
+        fail(Failure::Other, regError.isEmpty() ? QStringLiteral("No SQLite handle") : regError,
+             error);
+        drop();
         return false;
     }
+    sqlite3_busy_handler(handle, &Database::onBusy, this);
     // Room for sorting a whole register in memory instead of in temporary files.
     QSqlQuery(db).exec(QStringLiteral("PRAGMA cache_size = -32000"));
     m_filePath = dataFile;
+    m_readOnly = readOnly;
+    m_failure = Failure::None;
     return true;
 }
 
 bool Database::open(const QString& dataFile, const QString& accountFile, const QString& account,
                     const QString& accountPassword, const QString& connect, QString* error)
 {
-    auto fail = [error](const QString& text) {
-        if (error)
-            *error = text;
-        return false;
-    };
+    close();
     if (!QFileInfo::exists(accountFile))
-        return fail(EngineError::missingFile(accountFile));
+        return fail(Failure::Missing, EngineError::missingFile(accountFile), error);
     if (!QFileInfo::exists(dataFile))
-        return fail(EngineError::missingFile(dataFile));
+        return fail(Failure::Missing, EngineError::missingFile(dataFile), error);
+    const QString folder = QFileInfo(dataFile).absolutePath();
+    if (!allowed(dataFile, R_OK) || !allowed(folder, X_OK) || !allowed(accountFile, R_OK))
+        return fail(Failure::Unreadable, EngineError::unreadable(dataFile), error);
+    // A file nobody may write, or one in a folder where the engine cannot keep its journal,
+    // is opened for reading; the program then refuses every change before it starts.
+    const bool readOnly = !allowed(dataFile, W_OK) || !allowed(folder, W_OK);
 
     // The account file: the account and its password.
     {
         RawFile f(accountFile, SQLITE_OPEN_READONLY);
         QStringList id;
-        if (!f.ok() || !f.query("PRAGMA application_id", QString(), &id) || id.value(0).toInt() != accountFileId)
-            return fail(EngineError::unrecognized(accountFile));
+        if (!f.ok() || !f.query("PRAGMA application_id", QString(), &id)) {
+            const Failure why = f.ok() ? f.failure() : Failure::NotCausora;
+            if (why == Failure::Busy)
+                return fail(why, EngineError::locked(accountFile), error);
+            return fail(Failure::NotCausora, EngineError::unrecognized(accountFile), error);
+        }
+        if (id.value(0).toInt() != accountFileId)
+            return fail(Failure::NotCausora, EngineError::unrecognized(accountFile), error);
         QStringList acc;
         if (!f.query("SELECT so, hash FROM fiokok WHERE nev = ?", account, &acc))
-            return fail(f.error());
+            return fail(f.failure(), f.error(), error);
         if (acc.size() < 2 || passwordHash(acc.at(0), accountPassword) != acc.at(1))
-            return fail(EngineError::accountOrPassword());
+            return fail(Failure::Refused, EngineError::accountOrPassword(), error);
     }
 
     // The data file: a Causora database, and the password of the connect text.
+    if (!looksLikeDatabase(dataFile))
+        return fail(Failure::NotCausora, EngineError::unrecognized(dataFile), error);
     QString dbPassword;
     const QRegularExpression pwd(QStringLiteral("(?:^|;)\\s*pwd=([^;]*)"),
                                  QRegularExpression::CaseInsensitiveOption);
@@ -279,16 +430,34 @@ bool Database::open(const QString& dataFile, const QString& accountFile, const Q
         dbPassword = m.captured(1);
     {
         RawFile f(dataFile, SQLITE_OPEN_READONLY);
+        // What stops the first reads tells a lock, damage and a foreign file apart.
+        auto refused = [&](const QString& text) {
+            const Failure why = f.ok() ? f.failure() : Failure::Other;
+            switch (why) {
+            case Failure::Busy:
+                return fail(why, EngineError::locked(dataFile), error);
+            case Failure::Damaged:
+                return fail(why, f.error(), error);
+            case Failure::Unreadable:
+                return fail(why, EngineError::unreadable(dataFile), error);
+            default:
+                return fail(Failure::NotCausora, text, error);
+            }
+        };
         QStringList id;
-        if (!f.ok() || !f.query("PRAGMA application_id", QString(), &id) || id.value(0).toInt() != dataFileId)
-            return fail(EngineError::unrecognized(dataFile));
+        if (!f.ok() || !f.query("PRAGMA application_id", QString(), &id))
+            return refused(EngineError::unrecognized(dataFile));
+        if (id.value(0).toInt() != dataFileId)
+            return fail(Failure::NotCausora, EngineError::unrecognized(dataFile), error);
         QStringList check;
-        if (!f.query("SELECT so, hash FROM vedelem", QString(), &check) || check.size() < 2)
-            return fail(EngineError::unrecognized(dataFile));
+        if (!f.query("SELECT so, hash FROM vedelem", QString(), &check))
+            return refused(EngineError::unrecognized(dataFile));
+        if (check.size() < 2)
+            return fail(Failure::NotCausora, EngineError::unrecognized(dataFile), error);
         if (passwordHash(check.at(0), dbPassword) != check.at(1))
-            return fail(EngineError::databasePassword());
+            return fail(Failure::Refused, EngineError::databasePassword(), error);
     }
-    return openConnection(dataFile, false, true, error);
+    return openConnection(dataFile, readOnly, true, error);
 }
 
 bool Database::openForReading(const QString& dataFile, QString* error)
@@ -296,20 +465,107 @@ bool Database::openForReading(const QString& dataFile, QString* error)
     return openConnection(dataFile, true, true, error);
 }
 
+bool Database::openExisting(const QString& dataFile, QString* error)
+{
+    return openConnection(dataFile, false, true, error);
+}
+
 bool Database::openUnchecked(const QString& dataFile, QString* error)
 {
     return openConnection(dataFile, false, false, error);
 }
 
+namespace {
+
+// Counts virtual machine steps so that a structure check can be stopped after its budget.
+struct Budget
+{
+    QElapsedTimer clock;
+    qint64 limitMs;
+    bool stopped = false;
+};
+
+int overBudget(void* arg)
+{
+    auto* b = static_cast<Budget*>(arg);
+    b->stopped = b->clock.elapsed() > b->limitMs;
+    return b->stopped ? 1 : 0;
+}
+
+} // namespace
+
+bool Database::checkStructure(int budgetMs, QString* error)
+{
+    QSqlDatabase db = connection();
+    const QVariant v = db.driver()->handle();
+    if (qstrcmp(v.typeName(), "sqlite3*") != 0)
+        return true;
+    sqlite3* handle = *static_cast<sqlite3* const*>(v.constData());
+    Budget budget{QElapsedTimer(), budgetMs};
+    budget.clock.start();
+    sqlite3_progress_handler(handle, 1000, overBudget, &budget);
+    QStringList problems;
+    {
+        QSqlQuery q(db);
+        q.setForwardOnly(true);
+        if (q.exec(QStringLiteral("PRAGMA quick_check(10)"))) {
+            while (q.next())
+                problems << q.value(0).toString();
+        } else if (!budget.stopped) {
+            failOn(q.lastError(), error);
+            if (m_failure != Failure::Busy)
+                m_damaged = true;
+            sqlite3_progress_handler(handle, 0, nullptr, nullptr);
+            return m_failure == Failure::Busy;
+        }
+    }
+    sqlite3_progress_handler(handle, 0, nullptr, nullptr);
+    // A check cut short by its budget found nothing in the part it looked at.
+    if (problems.isEmpty() || problems == QStringList{QStringLiteral("ok")})
+        return true;
+    return fail(Failure::Damaged, problems.join(u' '), error);
+}
+
+bool Database::run(QSqlQuery& q, const QString& sql, const QVariantList& params,
+                   QString* error) const
+{
+    if (m_waiting)
+        return fail(Failure::Busy, EngineError::busy(), error);
+    if (!q.prepare(sql))
+        return failOn(q.lastError(), error);
+    for (const QVariant& v : params)
+        q.addBindValue(v);
+    if (!q.exec())
+        return failOn(q.lastError(), error);
+    return true;
+}
+
 Rows Database::select(const QString& sql, const QVariantList& params, QString* error) const
+{
+    return select(sql, params, nullptr, error);
+}
+
+Rows Database::select(const QString& sql, const QVariantList& params, QStringList* columnNames,
+                      QString* error) const
 {
     Rows rows;
     QSqlQuery q(connection());
     q.setForwardOnly(true);
-    if (!prepareAndExec(q, sql, params, error))
+    if (!run(q, sql, params, error))
         return rows;
+    if (columnNames) {
+        const QSqlRecord rec = q.record();
+        columnNames->clear();
+        for (int i = 0; i < rec.count(); ++i)
+            *columnNames << rec.fieldName(i);
+    }
     while (q.next())
         rows.push_back(rowOf(q));
+    // A step that ended in an error (a page found damaged half-way) is a failure too.
+    if (q.lastError().isValid()) {
+        failOn(q.lastError(), error);
+        rows.clear();
+    }
     return rows;
 }
 
@@ -317,8 +573,13 @@ Row Database::first(const QString& sql, const QVariantList& params, QString* err
 {
     QSqlQuery q(connection());
     q.setForwardOnly(true);
-    if (!prepareAndExec(q, sql, params, error) || !q.next())
+    if (!run(q, sql, params, error))
         return Row();
+    if (!q.next()) {
+        if (q.lastError().isValid())
+            failOn(q.lastError(), error);
+        return Row();
+    }
     return rowOf(q);
 }
 
@@ -326,15 +587,22 @@ QVariant Database::scalar(const QString& sql, const QVariantList& params, QStrin
 {
     QSqlQuery q(connection());
     q.setForwardOnly(true);
-    if (!prepareAndExec(q, sql, params, error) || !q.next())
+    if (!run(q, sql, params, error))
         return QVariant();
+    if (!q.next()) {
+        if (q.lastError().isValid())
+            failOn(q.lastError(), error);
+        return QVariant();
+    }
     return q.value(0);
 }
 
 bool Database::exec(const QString& sql, const QVariantList& params, QString* error)
 {
+    if (!writeAllowed(error))
+        return false;
     QSqlQuery q(connection());
-    return prepareAndExec(q, sql, params, error);
+    return run(q, sql, params, error);
 }
 
 QString Database::quoteName(const QString& name)
@@ -347,6 +615,8 @@ QString Database::quoteName(const QString& name)
 bool Database::insert(const QString& table, const QVariantMap& values, QVariant* newKey,
                       QString* error)
 {
+    if (!writeAllowed(error))
+        return false;
     QStringList cols;
     QStringList marks;
     QVariantList params;
@@ -360,7 +630,7 @@ bool Database::insert(const QString& table, const QVariantMap& values, QVariant*
             : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
                       .arg(quoteName(table), cols.join(u", "), marks.join(u", "));
     QSqlQuery q(connection());
-    if (!prepareAndExec(q, sql, params, error))
+    if (!run(q, sql, params, error))
         return false;
     if (newKey)
         *newKey = q.lastInsertId();
@@ -368,10 +638,14 @@ bool Database::insert(const QString& table, const QVariantMap& values, QVariant*
 }
 
 bool Database::update(const QString& table, const QVariantMap& values, const QString& where,
-                      const QVariantList& whereParams, QString* error)
+                      const QVariantList& whereParams, QString* error, int* changed)
 {
+    if (changed)
+        *changed = 0;
     if (values.isEmpty())
         return true;
+    if (!writeAllowed(error))
+        return false;
     QStringList sets;
     QVariantList params;
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
@@ -379,16 +653,31 @@ bool Database::update(const QString& table, const QVariantMap& values, const QSt
         params << it.value();
     }
     params += whereParams;
-    return exec(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
-                        .arg(quoteName(table), sets.join(u", "), where),
-                params, error);
+    QSqlQuery q(connection());
+    if (!run(q,
+             QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+                     .arg(quoteName(table), sets.join(u", "), where),
+             params, error))
+        return false;
+    if (changed)
+        *changed = q.numRowsAffected();
+    return true;
 }
 
 bool Database::remove(const QString& table, const QString& where, const QVariantList& whereParams,
-                      QString* error)
+                      QString* error, int* changed)
 {
-    return exec(QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(table), where),
-                whereParams, error);
+    if (changed)
+        *changed = 0;
+    if (!writeAllowed(error))
+        return false;
+    QSqlQuery q(connection());
+    if (!run(q, QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(table), where),
+             whereParams, error))
+        return false;
+    if (changed)
+        *changed = q.numRowsAffected();
+    return true;
 }
 
 QStringList Database::tables() const
@@ -436,11 +725,8 @@ bool Database::dropColumn(const QString& table, const QString& column, QString* 
 
 bool Database::begin(QString* error)
 {
-    if (m_inTransaction) {
-        if (error)
-            *error = QStringLiteral("A transaction is already running.");
-        return false;
-    }
+    if (m_inTransaction)
+        return fail(Failure::Other, QStringLiteral("A transaction is already running."), error);
     m_inTransaction = exec(QStringLiteral("BEGIN IMMEDIATE"), {}, error);
     return m_inTransaction;
 }
@@ -449,7 +735,8 @@ bool Database::commit(QString* error)
 {
     if (!m_inTransaction)
         return false;
-    if (!exec(QStringLiteral("COMMIT"), {}, error)) {
+    QSqlQuery q(connection());
+    if (!run(q, QStringLiteral("COMMIT"), {}, error)) {
         rollback();
         return false;
     }
@@ -461,7 +748,8 @@ void Database::rollback()
 {
     if (!m_inTransaction)
         return;
-    exec(QStringLiteral("ROLLBACK"));
+    QSqlQuery q(connection());
+    q.exec(QStringLiteral("ROLLBACK"));
     m_inTransaction = false;
 }
 

@@ -8,6 +8,8 @@
 #include <vector>
 
 class QSqlDatabase;
+class QSqlError;
+class QSqlQuery;
 
 namespace platform {
 
@@ -36,6 +38,19 @@ private:
 };
 
 using Rows = std::vector<Row>;
+
+// Why the engine refused a step, so that callers can tell the user what it means for him.
+enum class Failure {
+    None,
+    Busy, // another workstation holds the file longer than the program waits
+    ReadOnly, // the file or its folder may not be written
+    Damaged, // the engine found the file's structure broken
+    NotCausora, // not a database, or somebody else's
+    Unreadable, // the file or its folder may not be read
+    Missing, // no such file
+    Refused, // a rule of the database refused the change (a unique key, a related record)
+    Other,
+};
 
 // A column as the table declares it: TEXT(15) gives type "TEXT" and size 15.
 struct ColumnInfo
@@ -68,6 +83,9 @@ public:
     // Opens a file without the account check, for reading only (start-up messages that are
     // needed before the accounts can be checked, and tools).
     bool openForReading(const QString& dataFile, QString* error);
+    // Opens a file read-write without any check, on an existing file only; for tools that
+    // work on a prepared data folder.
+    bool openExisting(const QString& dataFile, QString* error);
     // Opens a file read-write without any check; used when a new data folder is prepared.
     bool openUnchecked(const QString& dataFile, QString* error);
     void close();
@@ -76,8 +94,31 @@ public:
     QString connectionName() const { return m_connectionName; }
     QSqlDatabase connection() const;
 
+    // What the last failed step ran into.
+    Failure lastFailure() const { return m_failure; }
+    // True when the file was opened for reading only because it or its folder may not be
+    // written; every write is then refused before it starts.
+    bool isReadOnly() const { return m_readOnly; }
+    // True once the engine reported the file damaged: nothing more is written into it.
+    bool isDamaged() const { return m_damaged; }
+    // A quick look at the file's structure, stopped after about budgetMs milliseconds so that
+    // a start stays quick on a large register. False (and the file marked damaged) when the
+    // part looked at is broken.
+    bool checkStructure(int budgetMs, QString* error = nullptr);
+
+    // How long a step waits for another workstation's lock before giving up with Busy. While
+    // it waits, the windows keep painting but take no input.
+    void setBusyWait(int ms) { m_busyWaitMs = ms; }
+    int busyWait() const { return m_busyWaitMs; }
+    // The wait new connections start with (tests shorten it).
+    static void setDefaultBusyWait(int ms);
+    static int defaultBusyWait();
+
     // Queries. Values are bound to ? placeholders in order.
     Rows select(const QString& sql, const QVariantList& params = {}, QString* error = nullptr) const;
+    // The same, also giving the result's column names (known even when no row is found).
+    Rows select(const QString& sql, const QVariantList& params, QStringList* columnNames,
+                QString* error) const;
     // The first row of the result, or an empty row.
     Row first(const QString& sql, const QVariantList& params = {}, QString* error = nullptr) const;
     QVariant scalar(const QString& sql, const QVariantList& params = {},
@@ -87,10 +128,12 @@ public:
     // Rows. Table and column names come from the program, never from the user.
     bool insert(const QString& table, const QVariantMap& values, QVariant* newKey = nullptr,
                 QString* error = nullptr);
+    // changed, when given, receives the number of rows the statement changed.
     bool update(const QString& table, const QVariantMap& values, const QString& where,
-                const QVariantList& whereParams, QString* error = nullptr);
+                const QVariantList& whereParams, QString* error = nullptr,
+                int* changed = nullptr);
     bool remove(const QString& table, const QString& where, const QVariantList& whereParams,
-                QString* error = nullptr);
+                QString* error = nullptr, int* changed = nullptr);
 
     // Table definitions.
     QStringList tables() const;
@@ -109,11 +152,23 @@ public:
 
 private:
     bool openConnection(const QString& dataFile, bool readOnly, bool mustExist, QString* error);
+    bool fail(Failure failure, const QString& text, QString* error) const;
+    bool failOn(const QSqlError& e, QString* error) const;
+    // Refuses a write before it starts when the file may not or must not be written.
+    bool writeAllowed(QString* error) const;
+    bool run(QSqlQuery& q, const QString& sql, const QVariantList& params, QString* error) const;
+    static int onBusy(void* self, int count);
 
     QString m_connectionName;
     QString m_filePath;
     bool m_registered = false;
     bool m_inTransaction = false;
+    bool m_readOnly = false;
+    mutable bool m_damaged = false;
+    mutable Failure m_failure = Failure::None;
+    int m_busyWaitMs;
+    qint64 m_busySinceMs = 0;
+    bool m_waiting = false;
 };
 
 // Rolls back unless committed.
@@ -174,7 +229,14 @@ QString databasePassword();
 QString unrecognized(const QString& path);
 QString missingFile(const QString& path);
 QString relatedRecords(const QString& table);
+QString relatedRecordRequired(const QString& table);
+QString busy();
+QString readOnly();
+QString damaged();
+QString locked(const QString& path);
+QString unreadable(const QString& path);
 } // namespace EngineError
+
 
 // The name of the office's collation: Hungarian alphabetical order, letter case ignored.
 constexpr const char* collation = "HU";

@@ -3,54 +3,255 @@
 #include "platform/Database.h"
 #include "platform/Display.h"
 
+#include <QAbstractTableModel>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlQueryModel>
-#include <QSqlRecord>
 #include <QTableView>
+#include <map>
 
 namespace platform {
 
+namespace {
+constexpr int pageSize = 256;
+// Pages kept in memory: enough for a screenful and the pages on either side of it.
+constexpr int pagesKept = 8;
+} // namespace
+
+// A table model over a list read in pages. The row count grows as pages are read; a page that
+// was dropped to save memory is read again, by the order values it starts after, when the
+// view comes back to it.
+class PagedListModel : public QAbstractTableModel
+{
+public:
+    PagedListModel(const Database& db, QObject* parent) : QAbstractTableModel(parent), m_db(db) { }
+
+    bool reset(const ListQuery& query, QString* error)
+    {
+        beginResetModel();
+        m_pager = std::make_unique<ListPager>(m_db, query);
+        m_pages.clear();
+        m_starts = {QVariantList()};
+        m_pagesRead = 0;
+        m_rows = 0;
+        m_atEnd = false;
+        m_fields.clear();
+        m_headings.clear();
+        const bool ok = readPage(0, error);
+        if (!ok)
+            m_atEnd = true;
+        endResetModel();
+        return ok;
+    }
+
+    void clear()
+    {
+        beginResetModel();
+        m_pager.reset();
+        m_pages.clear();
+        m_starts = {QVariantList()};
+        m_pagesRead = 0;
+        m_rows = 0;
+        m_atEnd = true;
+        m_fields.clear();
+        m_headings.clear();
+        endResetModel();
+    }
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override
+    {
+        return parent.isValid() ? 0 : m_rows;
+    }
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override
+    {
+        return parent.isValid() ? 0 : int(m_fields.size());
+    }
+
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+            return QVariant();
+        return value(index.row(), index.column());
+    }
+
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        if (orientation != Qt::Horizontal || section < 0 || section >= m_fields.size())
+            return QAbstractTableModel::headerData(section, orientation, role);
+        if (role == FieldNameRole)
+            return m_fields.at(section);
+        if (role == Qt::DisplayRole)
+            return m_headings.value(section, m_fields.at(section));
+        return QVariant();
+    }
+
+    bool setHeaderData(int section, Qt::Orientation orientation, const QVariant& value,
+                       int role) override
+    {
+        if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0
+            || section >= m_fields.size())
+            return false;
+        m_headings[section] = value.toString();
+        emit headerDataChanged(orientation, section, section);
+        return true;
+    }
+
+    bool canFetchMore(const QModelIndex& parent) const override
+    {
+        return !parent.isValid() && !m_atEnd;
+    }
+
+    void fetchMore(const QModelIndex& parent) override
+    {
+        if (parent.isValid() || m_atEnd)
+            return;
+        const int before = m_rows;
+        Rows rows;
+        QString error;
+        const int page = m_pagesRead;
+        if (!read(page, &rows, &error)) {
+            m_atEnd = true;
+            return;
+        }
+        if (rows.empty()) {
+            m_atEnd = true;
+            return;
+        }
+        beginInsertRows(QModelIndex(), before, before + int(rows.size()) - 1);
+        store(page, std::move(rows));
+        endInsertRows();
+    }
+
+    QVariant value(int row, int column) const
+    {
+        if (row < 0 || row >= m_rows || column < 0 || column >= m_fields.size())
+            return QVariant();
+        const Rows* page = pageOf(row);
+        const int at = row % pageSize;
+        if (!page || at >= int(page->size()))
+            return QVariant();
+        return page->at(at).value(column);
+    }
+
+    int fieldIndex(const QString& field) const
+    {
+        for (int i = 0; i < m_fields.size(); ++i) {
+            if (m_fields.at(i).compare(field, Qt::CaseInsensitive) == 0)
+                return i;
+        }
+        return -1;
+    }
+
+    int pagesHeld() const { return int(m_pages.size()); }
+
+private:
+    // Reads page n: from the start, or after the last row of page n - 1.
+    bool read(int n, Rows* rows, QString* error) const
+    {
+        if (!m_pager)
+            return false;
+        const QVariantList after = m_starts.at(n);
+        QStringList fields;
+        if (!m_pager->page(after, pageSize, rows, &fields, error))
+            return false;
+        if (m_fields.isEmpty())
+            m_fields = fields;
+        return true;
+    }
+
+    bool readPage(int n, QString* error)
+    {
+        Rows rows;
+        if (!read(n, &rows, error))
+            return false;
+        store(n, std::move(rows));
+        return true;
+    }
+
+    // Keeps a page that continues the list, and notes where the page after it starts.
+    void store(int n, Rows rows)
+    {
+        if (rows.size() < size_t(pageSize))
+            m_atEnd = true;
+        if (n == m_pagesRead) {
+            ++m_pagesRead;
+            m_rows += int(rows.size());
+            if (!m_atEnd)
+                m_starts.push_back(m_pager->orderValues(rows.back()));
+        }
+        keep(n, std::move(rows));
+    }
+
+    void keep(int n, Rows rows) const
+    {
+        m_pages[n] = std::move(rows);
+        // Drops the page farthest from the one just read.
+        while (int(m_pages.size()) > pagesKept) {
+            const auto first = m_pages.begin();
+            const auto last = std::prev(m_pages.end());
+            m_pages.erase(n - first->first > last->first - n ? first : last);
+        }
+    }
+
+    const Rows* pageOf(int row) const
+    {
+        const int n = row / pageSize;
+        auto it = m_pages.find(n);
+        if (it == m_pages.end()) {
+            Rows rows;
+            if (!read(n, &rows, nullptr))
+                return nullptr;
+            keep(n, std::move(rows));
+            it = m_pages.find(n);
+        }
+        return &it->second;
+    }
+
+    const Database& m_db;
+    std::unique_ptr<ListPager> m_pager;
+    mutable std::map<int, Rows> m_pages;
+    // Order values of the row before each page read or next to read; empty for the first.
+    std::vector<QVariantList> m_starts{QVariantList()};
+    int m_pagesRead = 0;
+    int m_rows = 0;
+    bool m_atEnd = true;
+    mutable QStringList m_fields;
+    QMap<int, QString> m_headings;
+};
+
 ListSource::ListSource(Database& db, QObject* parent)
-    : QObject(parent), m_db(db), m_model(new QSqlQueryModel(this))
+    : QObject(parent), m_db(db), m_model(new PagedListModel(db, this))
 {
 }
 
 ListSource::~ListSource() = default;
 
-void ListSource::setRecordSource(const QString& sql, const QVariantList& params)
+void ListSource::setRecordSource(const ListQuery& query)
 {
-    m_sql = sql;
-    m_params = params;
+    m_query = query;
 }
 
 bool ListSource::refresh(QString* error)
 {
-    // The model needs a scrollable query; SQLite still reads it forward as rows are fetched.
-    QSqlQuery q(m_db.connection());
-    bool ok = q.prepare(m_sql);
-    if (ok) {
-        for (const QVariant& v : m_params)
-            q.addBindValue(v);
-        ok = q.exec();
-    }
+    QString e;
+    const bool ok = m_model->reset(m_query, &e);
     if (!ok) {
-        if (error)
-            *error = q.lastError().databaseText().isEmpty() ? q.lastError().text()
-                                                             : q.lastError().databaseText();
         m_model->clear();
-        emit refreshed();
-        return false;
+        if (error)
+            *error = e;
     }
-    m_model->setQuery(std::move(q));
-    if (m_grid)
-        m_grid->setModel(m_model);
+    // The first row is the current one as soon as the list is shown.
+    if (ok && m_grid && m_grid->selectionModel() && m_model->rowCount() > 0) {
+        int column = 0;
+        while (column < m_model->columnCount() && m_grid->isColumnHidden(column))
+            ++column;
+        m_grid->selectionModel()->setCurrentIndex(m_model->index(0, column),
+                                                  QItemSelectionModel::ClearAndSelect
+                                                          | QItemSelectionModel::Rows);
+    }
     emit refreshed();
-    return true;
+    return ok;
 }
 
 void ListSource::bind(QTableView* grid)
@@ -64,25 +265,29 @@ QAbstractItemModel* ListSource::model() const
     return m_model;
 }
 
-void ListSource::fetchAll()
-{
-    while (m_model->canFetchMore())
-        m_model->fetchMore();
-}
-
 int ListSource::rowCount() const
 {
     return m_model->rowCount();
 }
 
+bool ListSource::canReadMore() const
+{
+    return m_model->canFetchMore(QModelIndex());
+}
+
+void ListSource::readMore()
+{
+    m_model->fetchMore(QModelIndex());
+}
+
+int ListSource::pagesHeld() const
+{
+    return m_model->pagesHeld();
+}
+
 int ListSource::columnIndex(const QString& field) const
 {
-    const QSqlRecord rec = m_model->record();
-    for (int i = 0; i < rec.count(); ++i) {
-        if (rec.fieldName(i).compare(field, Qt::CaseInsensitive) == 0)
-            return i;
-    }
-    return -1;
+    return m_model->fieldIndex(field);
 }
 
 QVariant ListSource::value(int row, const QString& field) const
@@ -92,9 +297,7 @@ QVariant ListSource::value(int row, const QString& field) const
 
 QVariant ListSource::value(int row, int column) const
 {
-    if (column < 0)
-        return QVariant();
-    return m_model->record(row).value(column);
+    return m_model->value(row, column);
 }
 
 int ListSource::position() const
@@ -114,9 +317,9 @@ void gridoszlopok(QTableView* grid, const QList<GridColumn>& columns)
         return;
     for (int c = 0; c < model->columnCount(); ++c) {
         // The data field name, whatever heading an earlier call gave the column.
-        const auto* sqlModel = qobject_cast<const QSqlQueryModel*>(model);
-        const QString field = sqlModel ? sqlModel->record().fieldName(c)
-                                       : model->headerData(c, Qt::Horizontal).toString();
+        QString field = model->headerData(c, Qt::Horizontal, FieldNameRole).toString();
+        if (field.isEmpty())
+            field = model->headerData(c, Qt::Horizontal).toString();
         const auto it = std::find_if(columns.cbegin(), columns.cend(),
                                      [&](const GridColumn& gc) { return gc.field == field; });
         if (it == columns.cend()) {

@@ -10,6 +10,8 @@ namespace search {
 namespace {
 
 constexpr int rowsPerPage = 65;
+// Rows read from the database at a time.
+constexpr int readBatch = 1000;
 // Column 3 is cut at this width in both lists, whatever its own width.
 constexpr int thirdColumnLimit = 3750;
 
@@ -119,47 +121,56 @@ PrintResult listanyomtatas(const PrintedList& list, platform::Database& db,
         return PrintResult::Failed;
     };
 
-    // Only the four printed columns are read, in the list's own order.
-    QString query = list.query.trimmed();
-    if (query.endsWith(u';'))
-        query.chop(1);
+    // The list is read a page at a time in its own order, so a register of any size prints
+    // without being held in memory whole.
+    const platform::ListPager pager(db, list.query);
     QString readError;
-    const platform::Rows rows = db.select(QStringLiteral("SELECT %1 FROM (%2)")
-                                                  .arg(layout.fields().join(QStringLiteral(", ")),
-                                                       query),
-                                          list.params, &readError);
+    const qint64 total = pager.count(&readError);
     if (!readError.isEmpty())
         return fail(readError);
-    if (rows.empty())
+    if (total == 0)
         return fail(QStringLiteral("The list is empty."));
 
-    const int total = int(rows.size());
-    const int pages = (total + rowsPerPage - 1) / rowsPerPage;
+    const qint64 pages = (total + rowsPerPage - 1) / rowsPerPage;
     int page = 1;
     int rowOnPage = 1;
     bool headerDue = true;
-    for (int i = 0; i < total; ++i) {
-        if (headerDue) {
-            layout.header();
-            headerDue = false;
-        }
-        QStringList values;
-        for (int c = 0; c < 4; ++c) {
-            const QString v = rows[i].value(c).toString();
-            values << (v.isEmpty() ? QStringLiteral(" ") : v);
-        }
-        layout.row(values);
-        if (++rowOnPage == rowsPerPage + 1) {
-            layout.footer(page, pages);
-            ++page;
-            rowOnPage = 1;
-            headerDue = true;
-            if (i + 1 < total)
-                printer->newPage();
+    qint64 printed = 0;
+    QVariantList after;
+    while (printed < total) {
+        platform::Rows rows;
+        if (!pager.page(after, readBatch, &rows, nullptr, &readError))
+            return fail(readError);
+        // Rows deleted meanwhile on another workstation end the list early.
+        if (rows.empty())
+            break;
+        after = pager.orderValues(rows.back());
+        for (const platform::Row& row : rows) {
+            if (printed == total)
+                break;
+            if (headerDue) {
+                layout.header();
+                headerDue = false;
+            }
+            QStringList values;
+            for (const QString& field : layout.fields()) {
+                const QString v = row.text(field);
+                values << (v.isEmpty() ? QStringLiteral(" ") : v);
+            }
+            layout.row(values);
+            ++printed;
+            if (++rowOnPage == rowsPerPage + 1) {
+                layout.footer(page, int(pages));
+                ++page;
+                rowOnPage = 1;
+                headerDue = true;
+                if (printed < total)
+                    printer->newPage();
+            }
         }
     }
     if (rowOnPage > 1)
-        layout.footer(page, pages);
+        layout.footer(page, int(pages));
     QString endError;
     if (!printer->end(&endError))
         return fail(endError);

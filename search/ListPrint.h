@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ListQuery.h"
+
 #include <QFont>
 #include <QString>
 #include <QStringList>
@@ -16,8 +18,7 @@ namespace search {
 struct PrintedList
 {
     bool clients = true; // mode "1"; anything else prints the case list
-    QString query; // the screen's current list query and its bound values
-    QVariantList params;
+    platform::ListQuery query; // the screen's current list
     QStringList headings; // the four column headings, in the session's language
     QFont measureFont; // the screen's font: fields are shortened by their width in it
 };

@@ -10,35 +10,14 @@
 #include "search/ListPrint.h"
 #include "session/Jog.h"
 #include "session/Session.h"
+#include "store/Cases.h"
+#include "store/Clients.h"
 #include "store/Upgrade.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 
 namespace {
-
-const QString clientColumns = QStringLiteral(
-        "ukod, unev1, unev2, uorszag, uirsz, uhely, uutca, utel1, utel2, ufax, uemail,"
-        " ucegprivat, uanyja, uszemszam, uadoszam, ucegszam");
-// Clients in Hungarian order of the name, read from the index of its stored sort key; a
-// filtered list sorts its few rows instead (see the case order below).
-const QString clientOrder = QStringLiteral(" ORDER BY ugyfelek.unev1kulcs");
-const QString filteredClientOrder = QStringLiteral(" ORDER BY +ugyfelek.unev1kulcs");
-// Cases in the order of the numeric value of their number, then of its text. The value is the
-// stored ugyszamertek, read in order from its index: the whole list's first rows come at once.
-const QString caseOrder = QStringLiteral(" ORDER BY ugyek.ugyszamertek, ugyek.ugyszam");
-// The same order for a filtered list. The + keeps SQLite from walking the whole case index
-// row by row; it finds the few matching rows first and sorts only those.
-const QString filteredCaseOrder = QStringLiteral(" ORDER BY +ugyek.ugyszamertek, ugyek.ugyszam");
-const QString caseJoin =
-        QStringLiteral(" FROM ugyek INNER JOIN ugyfelek ON ugyek.ugyfelkod = ugyfelek.ukod");
-
-// A prefix condition: the first n characters of the column equal the typed text, compared as
-// the office compares text (letter case ignored, accents kept). Both values are bound.
-QString prefix(const char* column)
-{
-    return QStringLiteral("(\"left\"(%1, ?) = ? COLLATE HU)").arg(QLatin1String(column));
-}
 
 // Keys below this code (Backspace, Tab, Enter, Shift, Ctrl, Alt, Pause, Caps Lock) leave the
 // date filter as typed, so that the user can still correct it.
@@ -112,83 +91,38 @@ void keres::Activate()
     platform::placeOnDisplay(this, 1.8);
     for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
         filter->clear();
-    QString sql;
-    QColor colour;
-    if (clientsMode()) {
-        sql = QStringLiteral("SELECT %1 FROM ugyfelek").arg(clientColumns) + clientOrder;
-        colour = QColor(255, 128, 0);
-    } else {
-        sql = QStringLiteral(
-                      "SELECT ugyszam, unev1, ugytipus, ugyved, kezdet, zaras, ugyfelkod,"
-                      " megjegyzes, ellnev, ellorszag, ellhely, ellutca, ellirsz, ellugyvorsz,"
-                      " elltelefon, ellugyvnev, ellugyvhely, ellugyvutca, ellugyvirsz,"
-                      " ellugyvorsz, ellugyvtel1, ellugyvtel2, ellugyvfax, ellugyvemail,"
-                      " feljegyzes")
-                + caseJoin + caseOrder;
-        colour = QColor(0, 192, 192);
-    }
+    const QColor colour = clientsMode() ? QColor(255, 128, 0) : QColor(0, 192, 192);
     feliratoz(this);
     for (QWidget* w : {static_cast<QWidget*>(this), static_cast<QWidget*>(ui->sz1)}) {
         QPalette p = w->palette();
         p.setColor(QPalette::Window, colour);
         w->setPalette(p);
     }
-    showList(sql, {});
+    showList(clientsMode() ? store::Clients::list() : store::Cases::list());
     ui->ker1->setFocus();
 }
 
 void keres::szukites()
 {
-    QString sql;
-    QVariantList params;
-    auto bindPrefix = [&params](const QString& text) {
-        params << int(text.size()) << text;
-    };
-    if (clientsMode()) {
-        sql = QStringLiteral("SELECT %1 FROM ugyfelek WHERE %2 AND %3 AND %4 AND %5 AND %6")
-                      .arg(clientColumns, prefix("unev1"), prefix("uorszag"), prefix("uhely"),
-                           prefix("uutca"), prefix("uirsz"));
-        bool filtered = false;
-        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5}) {
-            bindPrefix(filter->text());
-            filtered = filtered || !filter->text().isEmpty();
-        }
-        sql += filtered ? filteredClientOrder : clientOrder;
-    } else {
-        sql = QStringLiteral(
-                      "SELECT ugyszam, unev1, ugytipus, ugyved, kezdet, zaras, ugyfelkod,"
-                      " megjegyzes, ellnev, ellorszag, ellhely, ellutca, ellirsz, ellugyvorsz,"
-                      " elltelefon, ellugyvnev, ellugyvorsz, ellugyvhely, ellugyvutca,"
-                      " ellugyvirsz, ellugyvtel1, ellugyvtel2, ellugyvfax, ellugyvemail,"
-                      " feljegyzes")
-                + caseJoin
-                + QStringLiteral(" WHERE %1 AND %2 AND %3 AND %4")
-                          .arg(prefix("ugyszam"), prefix("unev1"), prefix("ugytipus"),
-                               prefix("ellnev"));
-        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4})
-            bindPrefix(filter->text());
-        const QString date = dateFilter(ui->ker5->text());
-        if (!date.isEmpty()) {
-            sql += QStringLiteral(" AND ") + prefix("kezdet");
-            bindPrefix(date);
-        }
-        bool filtered = !date.isEmpty();
-        for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4})
-            filtered = filtered || !filter->text().isEmpty();
-        sql += filtered ? filteredCaseOrder : caseOrder;
-    }
-    showList(sql, params);
+    if (clientsMode())
+        showList(store::Clients::list({ui->ker1->text(), ui->ker2->text(), ui->ker3->text(),
+                                       ui->ker4->text(), ui->ker5->text()}));
+    else
+        showList(store::Cases::list({ui->ker1->text(), ui->ker2->text(), ui->ker3->text(),
+                                     ui->ker4->text(), dateFilter(ui->ker5->text())}));
 }
 
-void keres::showList(const QString& sql, const QVariantList& params)
+void keres::showList(const platform::ListQuery& list)
 {
     if (clientsMode())
         store::fillClientSortKeys(Session::instance().database);
-    m_forras->setRecordSource(sql, params);
+    m_forras->setRecordSource(list);
     QString error;
-    if (!m_forras->refresh(&error))
-        platform::messageBox(error, platform::ErrorNotice, QString(), this);
+    const bool ok = m_forras->refresh(&error);
     oszlopok();
+    if (!ok)
+        engineFailure(Session::instance().database.lastFailure(), error,
+                      QStringLiteral("keres"), QStringLiteral("szukites"), this);
 }
 
 void keres::oszlopok()
@@ -214,7 +148,7 @@ void keres::g1_Click()
     for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
         filter->clear();
     szukites();
-    const ListChoice choice{QString(), m_forras->recordSource(), m_forras->parameters(), this};
+    const ListChoice choice{QString(), m_forras->recordSource(), this};
     const Screens& screens = Session::instance().screens;
     const auto& open = clientsMode() ? screens.newClient : screens.newCase;
     if (open)
@@ -240,8 +174,7 @@ void keres::DataGrid1_RowChosen()
     if (position == -1)
         return;
     ui->ksorsz->setText(m_forras->value(position - 1, 0).toString());
-    const ListChoice choice{ui->ksorsz->text(), m_forras->recordSource(), m_forras->parameters(),
-                            this};
+    const ListChoice choice{ui->ksorsz->text(), m_forras->recordSource(), this};
     const Screens& screens = Session::instance().screens;
     const QString tipus = ui->tipus->text().trimmed();
     if (tipus == QLatin1String("1") && screens.showClient)
@@ -255,7 +188,6 @@ void keres::g5_Click()
     search::PrintedList list;
     list.clients = clientsMode();
     list.query = m_forras->recordSource();
-    list.params = m_forras->parameters();
     list.headings = list.clients
             ? QStringList{ui->sz2->text(), ui->sz6->text(), ui->sz4->text(), ui->sz5->text()}
             : QStringList{ui->sz2->text(), ui->sz3->text(), ui->sz4->text(), ui->sz5->text()};

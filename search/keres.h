@@ -5,6 +5,7 @@
 
 namespace platform {
 class ListSource;
+struct ListQuery;
 } // namespace platform
 
 namespace Ui {
@@ -44,7 +45,7 @@ protected:
 private:
     bool clientsMode() const;
     void oszlopok();
-    void showList(const QString& sql, const QVariantList& params);
+    void showList(const platform::ListQuery& list);
     void keltezes();
 
     std::unique_ptr<Ui::keres> ui;

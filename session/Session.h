@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Database.h"
+#include "platform/ListQuery.h"
 
 #include <QString>
 #include <functional>
@@ -13,8 +14,7 @@ class QWidget;
 struct ListChoice
 {
     QString key;
-    QString query;
-    QVariantList params;
+    platform::ListQuery list;
     QWidget* search = nullptr;
 };
 

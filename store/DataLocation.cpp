@@ -4,6 +4,8 @@
 #include "platform/Messages.h"
 #include "session/Session.h"
 #include "store/Credentials.h"
+#include "store/ErrorLog.h"
+#include "store/Prepare.h"
 #include "store/Upgrade.h"
 #include "store/dataeler.h"
 
@@ -32,6 +34,39 @@ QString earlyMessage(const QString& dataFile, const QString& code)
     const QVariant text = db.scalar(
             QStringLiteral("SELECT uzen1 FROM uzenetek WHERE uzenkod = ? COLLATE HU"), {code});
     return text.isNull() ? code : text.toString();
+}
+
+// The quick look at the file's structure at start-up stops after this long, so that a start
+// stays quick on a large register; what it looked at by then is checked.
+constexpr int structureCheckBudgetMs = 300;
+
+// Why the data file could not be opened, told in the office's words; the engine's own text
+// goes to the error log. The program then ends.
+void startupFailure(platform::Failure failure, const QString& dataFile, const QString& engineText)
+{
+    hibanaplo(QStringLiteral("adatmegnyitas"), dataFile, engineText);
+    QString code;
+    switch (failure) {
+    case platform::Failure::Busy:
+        code = QStringLiteral("zarolt");
+        break;
+    case platform::Failure::Unreadable:
+        code = QStringLiteral("nemolvashato");
+        break;
+    case platform::Failure::Damaged:
+        code = QStringLiteral("serult");
+        break;
+    case platform::Failure::NotCausora:
+        code = QStringLiteral("nemcausora");
+        break;
+    default:
+        // Refused credentials and anything unforeseen: the engine's own words.
+        platform::messageBox(engineText, platform::ErrorNotice, QStringLiteral("Causora"));
+        return;
+    }
+    // Every start begins in Hungarian; the file's own catalogue may be out of reach.
+    platform::messageBox(catalogueMessage(code, 1) + QStringLiteral("\n\n") + dataFile,
+                         platform::ErrorNotice, QStringLiteral("Causora"));
 }
 
 } // namespace
@@ -103,25 +138,35 @@ bool adatmegnyitas()
 
     session.workgroupFilePath = workgroupPath;
     QString error;
-    if (!session.database.open(session.dataFilePath, session.workgroupFilePath, databaseAccount(),
-                               databasePassword(), connectText(), &error)) {
-        platform::messageBox(error, platform::ErrorNotice);
+    platform::Database& db = session.database;
+    if (!db.open(session.dataFilePath, session.workgroupFilePath, databaseAccount(),
+                 databasePassword(), connectText(), &error)) {
+        startupFailure(db.lastFailure(), session.dataFilePath, error);
         return false;
     }
+    // A damaged file is told at once, before anything is read from it or written into it.
+    if (!db.checkStructure(structureCheckBudgetMs, &error)) {
+        startupFailure(platform::Failure::Damaged, session.dataFilePath, error);
+        db.close();
+        return false;
+    }
+    if (db.isReadOnly())
+        platform::messageBox(catalogueMessage(QStringLiteral("olvasomod"), 1)
+                                     + QStringLiteral("\n\n") + session.dataFilePath,
+                             platform::Notice, QStringLiteral("Causora"));
 
-    adatfrissites(session.database);
+    adatfrissites(db);
 
-    const platform::Rows lawyers =
-            session.database.select(QStringLiteral("SELECT * FROM ugyvedek"));
+    const platform::Rows lawyers = db.select(QStringLiteral("SELECT * FROM ugyvedek"));
     if (lawyers.size() == 1)
         session.defaultLawyer = lawyers.front().text(QStringLiteral("ugyvednev"));
 
-    const platform::Row params =
-            session.database.first(QStringLiteral("SELECT * FROM parameterek"), {}, &error);
+    const platform::Row params = db.first(QStringLiteral("SELECT * FROM parameterek"), {}, &error);
     if (params.isEmpty()) {
-        platform::messageBox(error.isEmpty() ? QStringLiteral("parameterek: no row") : error,
-                             platform::ErrorNotice);
-        session.database.close();
+        startupFailure(error.isEmpty() ? platform::Failure::NotCausora : db.lastFailure(),
+                       session.dataFilePath,
+                       error.isEmpty() ? QStringLiteral("parameterek: no row") : error);
+        db.close();
         return false;
     }
     session.language = qint16(params.value(QStringLiteral("alapnyelv")).toInt());

@@ -114,6 +114,34 @@ bool fillCatalogue(platform::Database& db, QString* error)
     return true;
 }
 
+QString catalogueMessage(const QString& code, int language)
+{
+    static const QList<QStringList> lines =
+            readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr);
+    for (const QStringList& f : lines) {
+        if (f.size() >= 4 && f.at(0).compare(code, Qt::CaseInsensitive) == 0)
+            return language >= 1 && language <= 3 ? f.at(language) : QString();
+    }
+    return code;
+}
+
+void addMissingMessages(platform::Database& db)
+{
+    QStringList known;
+    for (const platform::Row& r : db.select(QStringLiteral("SELECT uzenkod FROM uzenetek")))
+        known << r.text(QStringLiteral("uzenkod")).toLower();
+    for (const QStringList& f :
+         readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr)) {
+        if (f.size() < 4 || known.contains(f.at(0).toLower()))
+            continue;
+        db.insert(QStringLiteral("uzenetek"),
+                  {{QStringLiteral("uzenkod"), f.at(0)},
+                   {QStringLiteral("uzen1"), f.at(1)},
+                   {QStringLiteral("uzen2"), f.at(2)},
+                   {QStringLiteral("uzen3"), f.at(3)}});
+    }
+}
+
 bool fillPostalCodes(platform::Database& db, QString* error)
 {
     const QList<QPair<QString, QString>> lists = {

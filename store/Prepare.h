@@ -14,6 +14,10 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error);
 
 // The pieces, for tools that build larger data sets.
 bool fillCatalogue(platform::Database& db, QString* error);
+// A message of the catalogue the program carries, for the moments the data file cannot be read.
+QString catalogueMessage(const QString& code, int language);
+// Adds the messages of the catalogue that an older data file does not have yet.
+void addMissingMessages(platform::Database& db);
 bool fillPostalCodes(platform::Database& db, QString* error);
 bool fillDemoData(platform::Database& db, QString* error);
 

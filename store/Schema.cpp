@@ -54,6 +54,33 @@ QString renameCascade(const LookupUse& use)
 
 } // namespace
 
+QStringList clientGuards()
+{
+    auto quoted = [](QString text) { return text.replace(u'\'', QStringLiteral("''")); };
+    const QString required = quoted(platform::EngineError::relatedRecordRequired(
+            QStringLiteral("ugyfelek")));
+    const QString clientCheck = QStringLiteral(
+            "NOT EXISTS (SELECT 1 FROM ugyfelek WHERE ukod = NEW.ugyfelkod)");
+    return {
+        // A client stays while cases name it, whoever deletes it.
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyfelek_ugyek_kapcsolat BEFORE DELETE ON "
+                       "ugyfelek WHEN EXISTS (SELECT 1 FROM ugyek WHERE ugyfelkod = OLD.ukod) "
+                       "BEGIN SELECT RAISE(ABORT, '%1'); END")
+                .arg(quoted(platform::EngineError::relatedRecords(QStringLiteral("ugyek")))),
+        // A case names a client that exists, so a case never loses its client to a delete
+        // made at the same moment on another workstation.
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyek_ugyfel_kell BEFORE INSERT ON ugyek "
+                       "WHEN NEW.ugyfelkod IS NOT NULL AND %1 "
+                       "BEGIN SELECT RAISE(ABORT, '%2'); END")
+                .arg(clientCheck, required),
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyek_ugyfel_valtozik BEFORE UPDATE OF "
+                       "ugyfelkod ON ugyek WHEN NEW.ugyfelkod IS NOT OLD.ugyfelkod AND "
+                       "NEW.ugyfelkod IS NOT NULL AND %1 "
+                       "BEGIN SELECT RAISE(ABORT, '%2'); END")
+                .arg(clientCheck, required),
+    };
+}
+
 QString caseNumberValueColumn()
 {
     return QStringLiteral(
@@ -173,6 +200,7 @@ QStringList schemaStatements()
             s << deleteGuard(use, user);
         s << renameCascade(use);
     }
+    s << clientGuards();
     return s;
 }
 

@@ -25,6 +25,10 @@ QString caseOrderIndex();
 // the same reason.
 QString clientOrderIndex();
 
+// The triggers that keep every case with its client: a client named by cases cannot be
+// deleted, and a case cannot name a client that does not exist.
+QStringList clientGuards();
+
 // The caption table's text columns in table order: 1sz1 .. 1sz39, 1g1 .. 1g10, then 2.., 3...
 QStringList captionColumns();
 

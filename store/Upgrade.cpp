@@ -1,6 +1,7 @@
 #include "store/Upgrade.h"
 
 #include "platform/Database.h"
+#include "store/Prepare.h"
 #include "store/Schema.h"
 
 namespace store {
@@ -51,6 +52,8 @@ void fillCaptions(platform::Database& db, const QString& key,
 
 void fillClientSortKeys(platform::Database& db)
 {
+    if (db.isReadOnly() || db.isDamaged())
+        return;
     // Look first, through the key's index: an UPDATE would take the file's write lock even
     // when it changes nothing, and this runs each time a client list is shown.
     if (db.first(QStringLiteral("SELECT 1 FROM ugyfelek INDEXED BY ugyfelek_sorrend "
@@ -63,6 +66,9 @@ void fillClientSortKeys(platform::Database& db)
 
 void adatfrissites(platform::Database& db)
 {
+    // A file that may not be written, or is damaged, is left exactly as it is.
+    if (db.isReadOnly() || db.isDamaged())
+        return;
     // 1. Free notes on a case.
     if (!hasColumn(db, QStringLiteral("Ugyek"), QStringLiteral("feljegyzes")))
         addText(db, QStringLiteral("Ugyek"), QStringLiteral("feljegyzes"), -1);
@@ -130,6 +136,16 @@ void adatfrissites(platform::Database& db)
         db.addColumn(QStringLiteral("ugyfelek"), {QStringLiteral("unev1kulcs"), QStringLiteral("BLOB"), -1});
     db.exec(clientOrderIndex());
     fillClientSortKeys(db);
+    // The guards that keep cases with their clients, for files made before they existed.
+    if (db.first(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'trigger' "
+                                "AND name = 'ugyek_ugyfel_valtozik'"))
+                .isEmpty()) {
+        for (const QString& guard : clientGuards())
+            db.exec(guard);
+    }
+
+    // Messages added to the catalogue since the file was made.
+    addMissingMessages(db);
 
     // 7. and 8. Hungarian captions of newer labels.
     fillCaptions(db, QStringLiteral("ugyek"),

@@ -22,7 +22,11 @@ void tst_ListSource::showsOnlyTheListedColumnsWithHeadingsAndWidths()
     platform::ListSource source(folder.db());
     QTableView grid;
     source.bind(&grid);
-    source.setRecordSource("SELECT ukod, unev1, uorszag, uhely AS UHELY FROM ugyfelek ORDER BY unev1 COLLATE HU");
+    platform::ListQuery list;
+    list.columns = "ukod, unev1, uorszag, uhely AS UHELY";
+    list.from = "ugyfelek";
+    list.order = QStringList{"unev1kulcs", "ukod"};
+    source.setRecordSource(list);
     QVERIFY(source.refresh());
 
     QLabel name("Név");

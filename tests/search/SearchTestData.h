@@ -7,7 +7,7 @@
 #include <QTest>
 
 // Rows for the search tests, written straight into the tables, and the screen they look at.
-inline qint64 store(platform::Database& db, const char* table, const QVariantMap& row)
+inline qint64 storeRow(platform::Database& db, const char* table, const QVariantMap& row)
 {
     QVariant key;
     if (!db.insert(table, row, &key))
@@ -18,14 +18,14 @@ inline qint64 store(platform::Database& db, const char* table, const QVariantMap
 inline qint64 addClient(platform::Database& db, const QVariant& name,
                         const QVariant& place = "Budapest", const QVariant& postcode = "1011")
 {
-    return store(db, "ugyfelek", {{"unev1", name}, {"uhely", place}, {"uutca", "Fő utca 1."},
+    return storeRow(db, "ugyfelek", {{"unev1", name}, {"uhely", place}, {"uutca", "Fő utca 1."},
                                   {"uirsz", postcode}, {"uorszag", "Magyarország"}});
 }
 
 inline void addCase(platform::Database& db, const QString& number, qint64 client,
                     QVariant opponent = "Ellenfél Kft.", QVariant start = "2008.01.10")
 {
-    store(db, "ugyek", {{"ugyszam", number}, {"ugyfelkod", client}, {"ugytipus", "Polgári ügy"},
+    storeRow(db, "ugyek", {{"ugyszam", number}, {"ugyfelkod", client}, {"ugytipus", "Polgári ügy"},
                         {"ellnev", opponent}, {"kezdet", start}});
 }
 

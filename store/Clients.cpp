@@ -1,0 +1,116 @@
+#include "store/Clients.h"
+
+#include "platform/SqlFunctions.h"
+
+namespace store {
+
+namespace {
+
+const QString table = QStringLiteral("ugyfelek");
+
+// The name's sort key goes with the name, so the lists stay in order.
+QVariantMap withSortKey(QVariantMap values)
+{
+    const auto name = values.constFind(QStringLiteral("unev1"));
+    if (name != values.cend())
+        values.insert(QStringLiteral("unev1kulcs"),
+                      name->toString().isEmpty()
+                              ? QVariant(QMetaType(QMetaType::QByteArray))
+                              : QVariant(platform::huSortKey(name->toString())));
+    return values;
+}
+
+} // namespace
+
+QVariant Clients::key(const QString& text)
+{
+    bool ok = false;
+    const qlonglong k = text.trimmed().toLongLong(&ok);
+    return ok ? QVariant(k) : QVariant();
+}
+
+platform::Row Clients::find(const QVariant& ukod, QString* error) const
+{
+    if (!ukod.isValid())
+        return platform::Row();
+    return m_db.first(QStringLiteral("SELECT * FROM ugyfelek WHERE ukod = ?"), {ukod}, error);
+}
+
+Written Clients::add(const QVariantMap& values)
+{
+    platform::NewRow row(m_db, table, QStringLiteral("ukod"));
+    if (!row.isValid())
+        return Written::failed(m_db, row.error());
+    const QVariantMap all = withSortKey(values);
+    for (auto it = all.cbegin(); it != all.cend(); ++it)
+        row.set(it.key(), it.value());
+    QString error;
+    if (!row.update(&error))
+        return Written::failed(m_db, error);
+    return {Written::Stored, platform::Failure::None, QString(), row.key()};
+}
+
+Written Clients::change(const QVariant& ukod, const QVariantMap& values)
+{
+    QString error;
+    platform::Transaction t(m_db, &error);
+    if (!t.isActive())
+        return Written::failed(m_db, error);
+    int changed = 0;
+    if (!m_db.update(table, withSortKey(values), QStringLiteral("ukod = ?"), {ukod}, &error,
+                     &changed))
+        return Written::failed(m_db, error);
+    if (changed == 0)
+        return {Written::Gone, platform::Failure::None, QString(), ukod};
+    if (!t.commit(&error))
+        return Written::failed(m_db, error);
+    return {Written::Stored, platform::Failure::None, QString(), ukod};
+}
+
+Written Clients::remove(const QVariant& ukod)
+{
+    QString error;
+    platform::Transaction t(m_db, &error);
+    if (!t.isActive())
+        return Written::failed(m_db, error);
+    const platform::Row firstCase = m_db.first(
+            QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyfelkod = ? LIMIT 1"), {ukod}, &error);
+    if (!error.isEmpty())
+        return Written::failed(m_db, error);
+    if (!firstCase.isEmpty())
+        return {Written::InUse, platform::Failure::None, QString(), ukod};
+    int changed = 0;
+    if (!m_db.remove(table, QStringLiteral("ukod = ?"), {ukod}, &error, &changed))
+        return Written::failed(m_db, error);
+    if (changed == 0)
+        return {Written::Gone, platform::Failure::None, QString(), ukod};
+    if (!t.commit(&error))
+        return Written::failed(m_db, error);
+    return {Written::Stored, platform::Failure::None, QString(), ukod};
+}
+
+platform::ListQuery Clients::list()
+{
+    platform::ListQuery q;
+    q.columns = QStringLiteral(
+            "ukod, unev1, unev2, uorszag, uirsz, uhely, uutca, utel1, utel2, ufax, uemail,"
+            " ucegprivat, uanyja, uszemszam, uadoszam, ucegszam");
+    q.from = table;
+    // Hungarian order of the name, read from the index of its stored sort key; the key makes
+    // each row's place unique.
+    q.order = QStringList{QStringLiteral("ugyfelek.unev1kulcs"), QStringLiteral("ugyfelek.ukod")};
+    return q;
+}
+
+platform::ListQuery Clients::list(const ClientFilter& filter)
+{
+    platform::ListQuery q = list();
+    q.addPrefix(QStringLiteral("unev1"), filter.name);
+    q.addPrefix(QStringLiteral("uorszag"), filter.country);
+    q.addPrefix(QStringLiteral("uhely"), filter.place);
+    q.addPrefix(QStringLiteral("uutca"), filter.street);
+    q.addPrefix(QStringLiteral("uirsz"), filter.postalCode);
+    return q;
+}
+
+} // namespace store
