@@ -1,5 +1,6 @@
 #include "locale/felir.h"
 
+#include "locale/Uzenet.h"
 #include "platform/Messages.h"
 #include "platform/TableEditor.h"
 #include "session/Session.h"
@@ -47,7 +48,8 @@ void felir::Activate()
         return;
     QString error;
     if (!m_felirrst->refresh(&error)) {
-        platform::messageBox(error, platform::ErrorNotice, QString(), this);
+        engineFailure(Session::instance().database.lastFailure(), error, QStringLiteral("felir"),
+                      QStringLiteral("Activate"), this);
         return;
     }
     m_felirrst->bind(m_ui->DataGrid1);
@@ -60,9 +62,9 @@ void felir::g1_Click()
         show();
 }
 
-void felir::elutasitva(const QString& engineText)
+void felir::elutasitva(platform::Failure failure, const QString& engineText)
 {
-    platform::messageBox(engineText, platform::ErrorNotice, QString(), this);
+    engineFailure(failure, engineText, QStringLiteral("felir"), QStringLiteral("DataGrid1"), this);
 }
 
 void installCaptionEditor(QWidget* owner)

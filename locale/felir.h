@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Database.h"
+
 #include <memory>
 #include <QWidget>
 
@@ -27,7 +29,7 @@ protected:
 private:
     void Activate();
     void g1_Click();
-    void elutasitva(const QString& engineText);
+    void elutasitva(platform::Failure failure, const QString& engineText);
 
     std::unique_ptr<Ui::felir> m_ui;
     platform::TableEditor* m_felirrst;

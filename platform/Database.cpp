@@ -43,7 +43,7 @@ QString errorText(const QSqlError& e)
     return t.trimmed();
 }
 
-Failure failureOf(int code)
+Failure failureOfCode(int code)
 {
     switch (code & 0xff) {
     case SQLITE_OK:
@@ -147,7 +147,7 @@ public:
     bool ok() const { return m_rc == SQLITE_OK; }
     QString error() const { return QString::fromUtf8(sqlite3_errmsg(m_db)); }
     // The failure behind the last error.
-    Failure failure() const { return failureOf(sqlite3_errcode(m_db)); }
+    Failure failure() const { return failureOfCode(sqlite3_errcode(m_db)); }
     // Runs a query of one text/int column; returns false on an engine error.
     bool query(const char* sql, const QString& bind, QStringList* out)
     {
@@ -311,7 +311,13 @@ bool Database::failOn(const QSqlError& e, QString* error) const
 {
     bool ok = false;
     const int code = e.nativeErrorCode().toInt(&ok);
-    return fail(ok ? failureOf(code) : Failure::Other, errorText(e), error);
+    return fail(ok ? failureOfCode(code) : Failure::Other, errorText(e), error);
+}
+
+Failure Database::failureOf(const QSqlError& e) const
+{
+    failOn(e, nullptr);
+    return m_failure;
 }
 
 bool Database::writeAllowed(QString* error) const

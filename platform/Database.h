@@ -101,6 +101,10 @@ public:
     bool isReadOnly() const { return m_readOnly; }
     // True once the engine reported the file damaged: nothing more is written into it.
     bool isDamaged() const { return m_damaged; }
+    // False, with the reason, when no write may start: the file is read-only or damaged.
+    bool writable(QString* error = nullptr) const { return writeAllowed(error); }
+    // What an error reported by Qt SQL on this connection means; a damaged file is noted.
+    Failure failureOf(const QSqlError& e) const;
     // A quick look at the file's structure, stopped after about budgetMs milliseconds so that
     // a start stays quick on a large register. False (and the file marked damaged) when the
     // part looked at is broken.

@@ -37,6 +37,7 @@ bool TableEditor::refresh(QString* error)
         m_model->setTable(m_table);
     }
     if (!m_model->select()) {
+        m_db.failureOf(m_model->lastError());
         if (error)
             *error = m_model->lastError().text();
         return false;
@@ -73,12 +74,19 @@ bool TableEditor::store()
 {
     if (!hasPendingEdit())
         return true;
+    QString text;
+    if (!m_db.writable(&text)) {
+        m_model->revertAll();
+        emit failed(m_db.lastFailure(), text);
+        return false;
+    }
     if (m_model->storeRows())
         return true;
     const QSqlError e = m_model->lastError();
-    const QString text = e.databaseText().isEmpty() ? e.text() : e.databaseText();
+    text = e.databaseText().isEmpty() ? e.text() : e.databaseText();
+    const Failure failure = m_db.failureOf(e);
     m_model->revertAll();
-    emit failed(text);
+    emit failed(failure, text);
     return false;
 }
 

@@ -8,9 +8,10 @@ class QAbstractItemModel;
 class QModelIndex;
 class QTableView;
 
+#include "platform/Database.h"
+
 namespace platform {
 
-class Database;
 class EditableTableModel;
 
 // An editable grid over every row and column of one table, in the table's own order. An edited
@@ -33,7 +34,7 @@ public:
     bool store();
 
 signals:
-    void failed(const QString& engineText);
+    void failed(platform::Failure failure, const QString& engineText);
 
 private:
     void currentRowChanged(const QModelIndex& current, const QModelIndex& previous);
