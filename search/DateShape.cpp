@@ -2,6 +2,19 @@
 
 namespace search {
 
+namespace {
+
+// The text less its last character. A character outside the Basic Multilingual Plane is two
+// UTF-16 units and goes as a whole: half of it would stay in the field as a broken character.
+QString withoutLastCharacter(const QString& text)
+{
+    const qsizetype n = text.size();
+    const bool pair = n >= 2 && text.at(n - 1).isLowSurrogate() && text.at(n - 2).isHighSurrogate();
+    return text.chopped(pair ? 2 : 1);
+}
+
+} // namespace
+
 QString dateFilter(const QString& typed)
 {
     QString text = typed;
@@ -19,12 +32,12 @@ QString shapeTypedDate(const QString& text)
         return text;
     const QChar last = text.back();
     if (n == 4 || n == 7)
-        return last.isDigit() ? text + u'.' : text.chopped(1);
+        return last.isDigit() ? text + u'.' : withoutLastCharacter(text);
     if (last.isDigit())
         return text;
     if ((last == u'.' || last == u'/') && (n == 5 || n == 8))
         return text;
-    return text.chopped(1);
+    return withoutLastCharacter(text);
 }
 
 } // namespace search
