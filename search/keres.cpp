@@ -7,6 +7,7 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "platform/Printer.h"
+#include "search/DateShape.h"
 #include "search/ListPrint.h"
 #include "session/Jog.h"
 #include "session/Session.h"
@@ -40,17 +41,6 @@ bool shapesDate(int key)
     default:
         return true;
     }
-}
-
-// The date filter as the query uses it: one trailing separator dropped, and only a year, a
-// month or a whole day kept.
-QString dateFilter(const QString& typed)
-{
-    QString text = typed;
-    if (text.size() > 1 && (text.endsWith(u'.') || text.endsWith(u'/')))
-        text = text.chopped(1).trimmed();
-    const int n = int(text.size());
-    return n == 4 || n == 7 || n == 10 ? text : QString();
 }
 
 } // namespace
@@ -109,7 +99,7 @@ void keres::szukites()
                                        ui->ker4->text(), ui->ker5->text()}));
     else
         showList(store::Cases::list({ui->ker1->text(), ui->ker2->text(), ui->ker3->text(),
-                                     ui->ker4->text(), dateFilter(ui->ker5->text())}));
+                                     ui->ker4->text(), search::dateFilter(ui->ker5->text())}));
 }
 
 void keres::showList(const platform::ListQuery& list)
@@ -211,25 +201,12 @@ void keres::keltezes()
 {
     // Shapes the date filter into "yyyy.mm.dd" while it is typed.
     QLineEdit* field = ui->ker5;
-    QString text = field->text();
-    const int n = int(text.size());
-    if (n == 0)
-        return;
-    const QChar last = text.back();
-    if (n == 4 || n == 7) {
-        if (last.isDigit())
-            text += u'.';
-        else
-            text.chop(1);
-    } else if (last.isDigit()) {
-        return;
-    } else if ((last == u'.' || last == u'/') && (n == 5 || n == 8)) {
-        return;
-    } else {
-        text.chop(1);
+    const QString text = field->text();
+    const QString shaped = search::shapeTypedDate(text);
+    if (shaped != text) {
+        field->setText(shaped);
+        field->end(false);
     }
-    field->setText(text);
-    field->end(false);
 }
 
 bool keres::eventFilter(QObject* watched, QEvent* e)

@@ -1,15 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "store/Settings.h"
 
 namespace store {
-
-// Finds the data folder in the text of jog.ini: everything between the first "path=" and the
-// first line end after it, less one trailing double quote. False when there is no such entry.
-bool dataFolderFromSettings(const QString& text, QString* folder);
-
-// The line the data-location screen writes: a quoted record and CR LF.
-QString settingsLine(const QString& folder);
 
 // Opens the session's database from jog.ini, upgrades the layout and sets the session's
 // starting values. Returns false when the program has to end; every message has been shown
