@@ -23,7 +23,8 @@ void ListQuery::addPrefix(const QString& column, const QString& text)
         where += QStringLiteral(" AND ");
     where += QStringLiteral("(\"left\"(%1, ?) = ? COLLATE %2)")
                      .arg(column, QLatin1String(collation));
-    params << int(text.size()) << text;
+    // "left" counts characters, so a character outside the basic plane counts once.
+    params << int(text.toUcs4().size()) << text;
     sortMatches = true;
 }
 
