@@ -9,7 +9,6 @@
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/Messages.h"
-#include "session/Jog.h"
 #include "store/Clients.h"
 
 #include <QAbstractItemView>
@@ -26,10 +25,31 @@ QString defaultCountry()
     return QStringLiteral("Magyarország");
 }
 
-// An empty field is stored as no value, as the rest of the register keeps absent texts.
-QVariant textValue(const QString& text)
+using records::Field;
+using records::Mode;
+using records::Role;
+
+// The client's fields and the columns of ugyfelek they show. Empty texts are stored as no
+// value; the option pair is never locked, and written only when one of it is chosen.
+QList<Field> clientFields()
 {
-    return text.isEmpty() ? QVariant(QMetaType(QMetaType::QString)) : QVariant(text);
+    return {
+            {"nev1", "unev1"},       {"nev2", "unev2"},         {"orszag", "uorszag", Field::Choice},
+            {"hely", "uhely"},       {"utca", "uutca"},         {"irsz", "uirsz"},
+            {"tel1", "utel1"},       {"tel2", "utel2"},         {"fax", "ufax"},
+            {"email", "uemail"},     {"anyja", "uanyja"},       {"szemszam", "uszemszam"},
+            {"adoszam", "uadoszam"}, {"cegszam", "ucegszam"},
+            {"g1", "ucegprivat", Field::YesNo, "g2", true},
+    };
+}
+
+QList<records::Button> clientButtons()
+{
+    return {{Role::New, "g3", 8},
+            {Role::Change, "g4", 10},
+            {Role::Save, "g5"},
+            {Role::Delete, "g6", 9},
+            {Role::Close, "g7"}};
 }
 
 const QString module = QStringLiteral("Ugyfelek");
@@ -60,7 +80,8 @@ Ugyfelek::Ugyfelek(const ListChoice& choice, QWidget* parent)
 
     m_address = new AddressBlock(m_ui->orszag, m_ui->irsz, m_ui->hely, m_ui->helylista1, this);
     m_ui->orszag->clearEditText();
-    setEntryFieldsLocked(true);
+    m_form = new records::RecordForm(this, clientFields(), clientButtons(), m_ui->hivo);
+    m_form->setLocked(true);
 
     connect(m_ui->g3, &QPushButton::clicked, this, &Ugyfelek::ujugyfel);
     connect(m_ui->g4, &QPushButton::clicked, this, &Ugyfelek::g4_Click);
@@ -74,50 +95,6 @@ Ugyfelek::Ugyfelek(const ListChoice& choice, QWidget* parent)
 
 Ugyfelek::~Ugyfelek() = default;
 
-QList<QLineEdit*> Ugyfelek::entryFields() const
-{
-    return {m_ui->nev1,     m_ui->nev2,    m_ui->hely,   m_ui->utca,  m_ui->irsz,
-            m_ui->tel1,     m_ui->tel2,    m_ui->fax,    m_ui->email, m_ui->anyja,
-            m_ui->szemszam, m_ui->adoszam, m_ui->cegszam};
-}
-
-void Ugyfelek::setEntryFieldsLocked(bool locked)
-{
-    for (QLineEdit* field : entryFields())
-        field->setReadOnly(locked);
-    // A locked country box takes neither typing nor a choice from its list.
-    m_ui->orszag->lineEdit()->setReadOnly(locked);
-    m_ui->orszag->view()->setEnabled(!locked);
-}
-
-void Ugyfelek::emptyEntryFields()
-{
-    for (QLineEdit* field : entryFields())
-        field->clear();
-    m_ui->orszag->setEditText(QString());
-}
-
-void Ugyfelek::clearCompanyOption()
-{
-    m_cegprivat->setExclusive(false);
-    m_ui->g1->setChecked(false);
-    m_ui->g2->setChecked(false);
-    m_cegprivat->setExclusive(true);
-}
-
-QString Ugyfelek::hivo() const
-{
-    return m_ui->hivo->text();
-}
-
-void Ugyfelek::setEntryButtons(bool entering)
-{
-    m_ui->g5->setEnabled(entering);
-    m_ui->g3->setEnabled(!entering);
-    m_ui->g4->setEnabled(!entering);
-    m_ui->g6->setEnabled(!entering);
-}
-
 bool Ugyfelek::event(QEvent* event)
 {
     if (event->type() == QEvent::WindowActivate)
@@ -128,7 +105,7 @@ bool Ugyfelek::event(QEvent* event)
 void Ugyfelek::Activate()
 {
     feliratoz(this);
-    if (hivo() == QLatin1String("3"))
+    if (mode() == Mode::NewForCase)
         m_ui->g5->setText(QStringLiteral("Ment és Vissza"));
 
     // The list is filled anew; what the box shows stays.
@@ -159,55 +136,37 @@ void Ugyfelek::ugyffeltolt()
     if (row.isEmpty())
         return;
     m_ui->ukod->setText(row.text(QStringLiteral("ukod")));
-    m_ui->nev1->setText(row.text(QStringLiteral("unev1")));
-    m_ui->nev2->setText(row.text(QStringLiteral("unev2")));
-    m_ui->orszag->setEditText(row.text(QStringLiteral("uorszag")));
-    m_ui->hely->setText(row.text(QStringLiteral("uhely")));
-    m_ui->utca->setText(row.text(QStringLiteral("uutca")));
-    m_ui->irsz->setText(row.text(QStringLiteral("uirsz")));
-    m_ui->tel1->setText(row.text(QStringLiteral("utel1")));
-    m_ui->tel2->setText(row.text(QStringLiteral("utel2")));
-    m_ui->fax->setText(row.text(QStringLiteral("ufax")));
-    m_ui->email->setText(row.text(QStringLiteral("uemail")));
-    m_ui->anyja->setText(row.text(QStringLiteral("uanyja")));
-    m_ui->szemszam->setText(row.text(QStringLiteral("uszemszam")));
-    m_ui->adoszam->setText(row.text(QStringLiteral("uadoszam")));
-    m_ui->cegszam->setText(row.text(QStringLiteral("ucegszam")));
     // A stored yes reads as -1; no and no value show a private person.
-    if (row.value(QStringLiteral("ucegprivat")).toInt() != 0)
-        m_ui->g1->setChecked(true);
-    else
-        m_ui->g2->setChecked(true);
+    m_form->load(row);
     m_ui->nev1->setFocus();
 }
 
 void Ugyfelek::ujugyfel()
 {
-    if (!jogos(8, this))
+    if (!m_form->allowed(Role::New))
         return;
-    setEntryButtons(true);
-    emptyEntryFields();
-    clearCompanyOption();
-    setEntryFieldsLocked(false);
+    m_form->setEntering(true);
+    m_form->clear();
+    m_form->setLocked(false);
     m_ui->nev1->setFocus();
-    if (hivo() == QLatin1String("3")) {
+    if (mode() == Mode::NewForCase) {
         m_ui->g5->setText(QStringLiteral("Ment és Vissza"));
         m_ui->g4->hide();
         m_ui->g6->hide();
         m_ui->g3->hide();
     } else {
-        m_ui->hivo->setText(QStringLiteral("1"));
+        m_form->setMode(Mode::New);
     }
 }
 
 void Ugyfelek::g4_Click()
 {
-    if (!jogos(10, this))
+    if (!m_form->allowed(Role::Change))
         return;
-    setEntryButtons(true);
-    setEntryFieldsLocked(false);
+    m_form->setEntering(true);
+    m_form->setLocked(false);
     m_ui->nev1->setFocus();
-    m_ui->hivo->setText(QStringLiteral("2"));
+    m_form->setMode(Mode::Changed);
 }
 
 QVariantMap Ugyfelek::columnValues(bool newClient)
@@ -215,40 +174,18 @@ QVariantMap Ugyfelek::columnValues(bool newClient)
     // The default country applies to new clients only; a change may empty it.
     if (newClient && m_ui->orszag->currentText().isEmpty())
         m_ui->orszag->setEditText(defaultCountry());
-    QVariantMap values{
-            {QStringLiteral("unev1"), textValue(m_ui->nev1->text())},
-            {QStringLiteral("unev2"), textValue(m_ui->nev2->text())},
-            {QStringLiteral("uorszag"), textValue(m_ui->orszag->currentText())},
-            {QStringLiteral("uhely"), textValue(m_ui->hely->text())},
-            {QStringLiteral("uutca"), textValue(m_ui->utca->text())},
-            {QStringLiteral("uirsz"), textValue(m_ui->irsz->text())},
-            {QStringLiteral("utel1"), textValue(m_ui->tel1->text())},
-            {QStringLiteral("utel2"), textValue(m_ui->tel2->text())},
-            {QStringLiteral("ufax"), textValue(m_ui->fax->text())},
-            {QStringLiteral("uemail"), textValue(m_ui->email->text())},
-            {QStringLiteral("uanyja"), textValue(m_ui->anyja->text())},
-            {QStringLiteral("uszemszam"), textValue(m_ui->szemszam->text())},
-            {QStringLiteral("uadoszam"), textValue(m_ui->adoszam->text())},
-            {QStringLiteral("ucegszam"), textValue(m_ui->cegszam->text())},
-    };
-    // Written only when one of the pair is chosen; yes is stored as -1.
-    if (m_ui->g1->isChecked())
-        values.insert(QStringLiteral("ucegprivat"), -1);
-    else if (m_ui->g2->isChecked())
-        values.insert(QStringLiteral("ucegprivat"), 0);
-    return values;
+    return m_form->values();
 }
 
 void Ugyfelek::g5_Click()
 {
     store::Clients clients(Session::instance().database);
-    const QString mode = hivo();
-    if (mode == QLatin1String("1") || mode == QLatin1String("3")) {
+    if (mode() == Mode::New || mode() == Mode::NewForCase) {
         const store::Written written = clients.add(columnValues(true));
         if (!reportWrite(written, module, QStringLiteral("g5"), this))
             return;
         m_ui->ukod->setText(written.key.toString());
-        if (mode == QLatin1String("3")) {
+        if (mode() == Mode::NewForCase) {
             // Back to the case screen, which takes the new client; this screen stays loaded.
             if (m_caseScreen)
                 m_caseScreen->show();
@@ -256,7 +193,7 @@ void Ugyfelek::g5_Click()
             if (m_saved)
                 m_saved(m_ui->ukod->text(), m_ui->nev1->text());
         }
-    } else if (mode == QLatin1String("2")) {
+    } else if (mode() == Mode::Changed) {
         m_browse.refresh();
         // A client deleted meanwhile on another workstation is told, and the entry stays on
         // screen; nothing is written into any other client.
@@ -266,12 +203,12 @@ void Ugyfelek::g5_Click()
             return;
     }
     // The fields stay open for typing, but nothing more is saved until new or change.
-    setEntryButtons(false);
+    m_form->setEntering(false);
 }
 
 void Ugyfelek::g6_Click()
 {
-    if (!jogos(9, this))
+    if (!m_form->allowed(Role::Delete))
         return;
     if (uzenet(QStringLiteral("torol"), platform::Confirmation, this) != platform::AnswerYes)
         return;
@@ -282,14 +219,12 @@ void Ugyfelek::g6_Click()
         && !reportWrite(written, module, QStringLiteral("g6"), this))
         return;
     // The deleted key stays in ukod.
-    emptyEntryFields();
-    clearCompanyOption();
+    m_form->clear();
 }
 
 void Ugyfelek::g7_Click()
 {
-    if (m_ui->g5->isEnabled()
-        && uzenet(QStringLiteral("ments"), platform::Confirmation, this) != platform::AnswerYes)
+    if (!m_form->mayDiscard())
         return;
     unload();
 }
@@ -299,7 +234,7 @@ void Ugyfelek::unload(bool showCaller)
     if (m_unloading)
         return;
     m_unloading = true;
-    const QPointer<QWidget> next = hivo() == QLatin1String("3") ? m_caseScreen : m_search;
+    const QPointer<QWidget> next = mode() == Mode::NewForCase ? m_caseScreen : m_search;
     close();
     if (showCaller && next)
         next->show();
@@ -321,7 +256,7 @@ void Ugyfelek::newForCase(QWidget* caseScreen, const QString& typedName, ClientS
     m_caseScreen = caseScreen;
     m_saved = std::move(saved);
     show();
-    m_ui->hivo->setText(QStringLiteral("3"));
+    m_form->setMode(Mode::NewForCase);
     ujugyfel();
     m_ui->nev1->setText(typedName);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ListSource.h"
+#include "records/RecordForm.h"
 #include "session/Session.h"
 
 #include <functional>
@@ -68,13 +69,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    QList<QLineEdit*> entryFields() const;
-    void setEntryFieldsLocked(bool locked);
-    void emptyEntryFields();
-    void clearCompanyOption();
-    QString hivo() const;
+    records::Mode mode() const { return m_form->mode(); }
     QVariantMap columnValues(bool newClient);
-    void setEntryButtons(bool entering);
 
     std::unique_ptr<Ui::Ugyfelek> m_ui;
     QString m_ksorsz;
@@ -82,6 +78,7 @@ private:
     platform::ListSource m_browse;
     AddressBlock* m_address = nullptr;
     QButtonGroup* m_cegprivat = nullptr;
+    records::RecordForm* m_form = nullptr;
     QPointer<QWidget> m_caseScreen;
     ClientSaved m_saved;
     bool m_unloading = false;
