@@ -197,10 +197,14 @@ void Ugyfelek::g5_Click()
         m_browse.refresh();
         // A client deleted meanwhile on another workstation is told, and the entry stays on
         // screen; nothing is written into any other client.
-        if (!reportWrite(clients.change(store::Clients::key(m_ui->ukod->text()),
-                                        columnValues(false)),
-                         module, QStringLiteral("g5"), this))
+        const store::Written written =
+                clients.change(store::Clients::key(m_ui->ukod->text()), columnValues(false));
+        if (!reportWrite(written, module, QStringLiteral("g5"), this)) {
+            // The next save stores the entry as a new client.
+            if (written.result == store::Written::Gone)
+                m_form->setMode(Mode::New);
             return;
+        }
     }
     // The fields stay open for typing, but nothing more is saved until new or change.
     m_form->setEntering(false);
