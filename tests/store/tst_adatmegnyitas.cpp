@@ -33,6 +33,7 @@ QStringList snapshot(const QString& root)
 // Closes the data-location screen as soon as it is shown modally, noting that it was.
 struct LocationScreenWatcher
 {
+    testsupport::ModalDialogsExpected expected;
     bool shown = false;
     QTimer timer;
     LocationScreenWatcher()
@@ -67,12 +68,13 @@ void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("dataFile");
-    // D stands for the data folder.
-    QTest::newRow("quoted") << "\"path=D\"\r\n" << "D/causora.mdb";
-    QTest::newRow("unquoted") << "path=D\r\n" << "D/causora.mdb";
-    QTest::newRow("trailing separator") << "\"path=D/\"\r\n" << "D//causora.mdb";
-    QTest::newRow("other lines around") << "[x]\r\n\"path=D\"\r\nmore\r\n" << "D/causora.mdb";
-    QTest::newRow("line feed only") << "path=D\n" << "D/causora.mdb";
+    // <data> stands for the data folder.
+    QTest::newRow("quoted") << "\"path=<data>\"\r\n" << "<data>/causora.mdb";
+    QTest::newRow("unquoted") << "path=<data>\r\n" << "<data>/causora.mdb";
+    QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n" << "<data>//causora.mdb";
+    QTest::newRow("other lines around")
+            << "[x]\r\n\"path=<data>\"\r\nmore\r\n" << "<data>/causora.mdb";
+    QTest::newRow("line feed only") << "path=<data>\n" << "<data>/causora.mdb";
 }
 
 void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
@@ -81,11 +83,11 @@ void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
     QFETCH(QString, dataFile);
     TestFolder folder;
     testsupport::writeFile(folder.programFolder() + "/jog.ini",
-                           line.replace("D", folder.dataFolder()).toLocal8Bit());
+                           line.replace("<data>", folder.dataFolder()).toLocal8Bit());
     testsupport::MessageRecorder messages;
     QVERIFY(store::adatmegnyitas());
     QVERIFY(messages.shown().isEmpty());
-    QCOMPARE(Session::instance().dataFilePath, dataFile.replace("D", folder.dataFolder()));
+    QCOMPARE(Session::instance().dataFilePath, dataFile.replace("<data>", folder.dataFolder()));
     QVERIFY(Session::instance().workgroupFilePath.endsWith("/caujog.mdw"));
     QVERIFY(Session::instance().database.isOpen());
 }
@@ -95,13 +97,14 @@ void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing_data()
     QTest::addColumn<QString>("setup");
     QTest::addColumn<QString>("message");
     QTest::addColumn<bool>("locationScreen");
-    // In the messages, P stands for the program folder and D for the data folder.
-    QTest::newRow("no settings file") << "no ini" << "P/jog.ini    Not found " << false;
+    // In the messages, <program> stands for the program folder and <data> for the data folder:
+    // markers that no folder name can hold.
+    QTest::newRow("no settings file") << "no ini" << "<program>/jog.ini    Not found " << false;
     QTest::newRow("empty settings file") << "empty ini" << "Bad inifile" << true;
     QTest::newRow("no path entry") << "no path" << "Bad inifile" << true;
     QTest::newRow("no line end") << "no line end" << "Bad inifile" << true;
-    QTest::newRow("no data file") << "no mdb" << "D/causora.mdb   Not found" << true;
-    QTest::newRow("no account file") << "no mdw" << "D/caujog.mdw  <nincsmeg>" << false;
+    QTest::newRow("no data file") << "no mdb" << "<data>/causora.mdb   Not found" << true;
+    QTest::newRow("no account file") << "no mdw" << "<data>/caujog.mdw  <nincsmeg>" << false;
 }
 
 void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
@@ -131,8 +134,8 @@ void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
         QVERIFY(db.openForReading(folder.dataFile(), nullptr));
         message.replace("<nincsmeg>", db.scalar("SELECT uzen1 FROM uzenetek WHERE uzenkod = 'nincsmeg'").toString());
     }
-    message.replace(QLatin1String("P/"), folder.programFolder() + "/");
-    message.replace(QLatin1String("D/"), folder.dataFolder() + "/");
+    message.replace(QLatin1String("<program>"), folder.programFolder());
+    message.replace(QLatin1String("<data>"), folder.dataFolder());
 
     const QStringList before = snapshot(folder.root());
     testsupport::MessageRecorder messages;

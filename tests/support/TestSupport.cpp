@@ -5,8 +5,13 @@
 #include "store/DataLocation.h"
 #include "store/Prepare.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
 
 namespace testsupport {
 
@@ -33,11 +38,58 @@ int unexpectedMessage(const platform::ShownMessage& m)
         return platform::AnswerNo;
     return m.style == platform::RestoreQuestion ? platform::AnswerYes : platform::AnswerOk;
 }
+// Watches for a modal dialog that no test drives: one still up at two looks half a second
+// apart is reported (failing the test) and closed, so the test ends at once instead of
+// waiting for a user until its time runs out.
+class ModalGuard : public QObject
+{
+public:
+    ModalGuard() : QObject(QCoreApplication::instance())
+    {
+        connect(&m_timer, &QTimer::timeout, this, &ModalGuard::look);
+        m_timer.start(500);
+    }
+    static ModalGuard& instance()
+    {
+        static QPointer<ModalGuard> guard;
+        if (!guard)
+            guard = new ModalGuard;
+        return *guard;
+    }
+    int allowed = 0;
+
+private:
+    void look()
+    {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (modal && modal == m_seen && allowed == 0) {
+            qWarning("unexpected modal dialog: %s", qPrintable(modal->objectName()));
+            modal->close();
+            modal = nullptr;
+        }
+        m_seen = modal;
+    }
+    QTimer m_timer;
+    QPointer<QWidget> m_seen;
+};
+
 } // namespace
 
 void installUnexpectedMessageHandler()
 {
     platform::setMessageHandler(unexpectedMessage);
+    ModalGuard::instance();
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("^unexpected modal dialog")));
+}
+
+ModalDialogsExpected::ModalDialogsExpected()
+{
+    ++ModalGuard::instance().allowed;
+}
+
+ModalDialogsExpected::~ModalDialogsExpected()
+{
+    --ModalGuard::instance().allowed;
 }
 
 TestFolder::TestFolder(bool demo)

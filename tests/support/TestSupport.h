@@ -30,8 +30,16 @@ private:
     bool m_valid = false;
 };
 
-// Reports any message box that no test expected instead of waiting for a user.
+// Reports any message box that no test expected instead of waiting for a user, and fails the
+// test (closing the dialog) when a modal dialog stays up that no test drives.
 void installUnexpectedMessageHandler();
+
+// While one exists, the test drives the modal dialogs it opens itself.
+struct ModalDialogsExpected
+{
+    ModalDialogsExpected();
+    ~ModalDialogsExpected();
+};
 
 // Writes a file byte for byte.
 void writeFile(const QString& path, const QByteArray& bytes);
