@@ -193,6 +193,7 @@ def crash_round(args, db_folder, logs, ledger, rng):
     result = {"kills": 0, "survived": 0, "journal_left": 0, "reopen_failed": 0,
               "saves_confirmed": 0, "failures": []}
     saves_before = ledger.saves
+    started = time.monotonic()
     for i in range(args.kills):
         tag = "K%03d" % (i + 1)
         log = os.path.join(logs, tag + ".log")
@@ -200,7 +201,7 @@ def crash_round(args, db_folder, logs, ledger, rng):
         p = subprocess.Popen([args.driver, db_folder, "--tag", tag, "--log", log, "--saves", "0",
                               "--seed", str(rng.randrange(1 << 31)), "--pause", "0"],
                              stdout=subprocess.DEVNULL, stderr=err)
-        time.sleep(rng.uniform(0.08, 0.5))
+        time.sleep(rng.uniform(0.05, 0.35))
         if p.poll() is not None:
             err.close()
             result["failures"].append("%s ended by itself with %d" % (tag, p.returncode))
@@ -234,6 +235,7 @@ def crash_round(args, db_folder, logs, ledger, rng):
         else:
             result["survived"] += 1
     result["saves_confirmed"] = ledger.saves - saves_before
+    result["seconds"] = round(time.monotonic() - started, 1)
     return result
 
 
@@ -301,6 +303,7 @@ def main():
         "kills_leaving_a_journal": crash["journal_left"],
         "reopen_failed": crash["reopen_failed"],
         "crash_saves_confirmed": crash["saves_confirmed"],
+        "crash_seconds": crash["seconds"],
         "rounds": rounds,
     }
     problems = failures + ledger.problems + crash["failures"]
