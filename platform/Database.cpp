@@ -435,7 +435,11 @@ bool Database::open(const QString& dataFile, const QString& accountFile, const Q
     if (m.hasMatch())
         dbPassword = m.captured(1);
     {
-        RawFile f(dataFile, SQLITE_OPEN_READONLY);
+        // Opened for writing where the file may be written: a journal left by a workstation
+        // that stopped in the middle of a save is then rolled back by the first read, as the
+        // engine does for whoever opens the file next. A reading connection cannot roll it
+        // back and is refused.
+        RawFile f(dataFile, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
         // What stops the first reads tells a lock, damage and a foreign file apart.
         auto refused = [&](const QString& text) {
             const Failure why = f.ok() ? f.failure() : Failure::Other;

@@ -3,6 +3,7 @@
 #include "platform/Database.h"
 #include "platform/SqlFunctions.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -28,6 +29,7 @@ private slots:
     void usedLookupEntriesCannotBeDeleted();
     void renamedLookupEntryFollowsIntoItsRows();
     void aShortLockByAnotherCopyIsWaitedFor();
+    void opensAfterAWorkstationStoppedInTheMiddleOfASave();
 
 private:
     Database& db() { return m_folder->db(); }
@@ -248,6 +250,34 @@ void tst_Database::aShortLockByAnotherCopyIsWaitedFor()
     QVERIFY2(db().exec("INSERT INTO tipusok (tipus) VALUES ('Ez a gép')", {}, &error), qPrintable(error));
     other.wait();
     QCOMPARE(db().scalar("SELECT count(*) FROM tipusok").toInt(), 2);
+}
+
+void tst_Database::opensAfterAWorkstationStoppedInTheMiddleOfASave()
+{
+    // The files as a workstation killed during a save leaves them: the data file already
+    // holding part of the save (a small cache spills it early) and the journal holding what the
+    // save overwrote.
+    const QString folder = m_folder->dataFolder();
+    const QString crashed = m_folder->root() + "/crashed";
+    QVERIFY(QDir().mkpath(crashed));
+    const double before = db().scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble();
+    QVERIFY(db().exec("PRAGMA cache_size = 2"));
+    QVERIFY(db().begin());
+    QVERIFY(db().exec("UPDATE uzenetek SET uzen1 = uzen1 || ?", {QStringLiteral("x")}));
+    for (const QString name : {"causora.mdb", "causora.mdb-journal", "caujog.mdw"})
+        QVERIFY(QFile::copy(folder + '/' + name, crashed + '/' + name));
+    db().rollback();
+    QVERIFY(testsupport::readFile(crashed + "/causora.mdb")
+            != testsupport::readFile(m_folder->dataFile()));
+
+    // The next workstation gets in, and finds the file as it was before the broken save.
+    Database next;
+    QString error;
+    QVERIFY2(next.open(crashed + "/causora.mdb", crashed + "/caujog.mdw", "Vida Márton", "vm4817",
+                       "pwd=vm4817", &error),
+             qPrintable(error));
+    QCOMPARE(next.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble(), before);
+    QVERIFY(!QFileInfo::exists(crashed + "/causora.mdb-journal"));
 }
 
 QTEST_MAIN(tst_Database)
