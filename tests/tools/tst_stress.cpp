@@ -19,7 +19,8 @@ struct Confirmed
     QMap<QString, QStringList> cases; // number -> client key, note
     QSet<QString> deletedCases;
     QSet<QString> triedNames;
-    QStringList pending; // the save a killed workstation had not seen the end of
+    QStringList pending; // the save a workstation had not seen the end of when it stopped
+    QList<QStringList> unfinished; // the same for each earlier run that was killed
     int saves = 0;
 
     void read(const QString& path)
@@ -32,6 +33,9 @@ struct Confirmed
             if (fields.size() < 3)
                 continue;
             if (fields[0] == "try") {
+                // A try with no outcome before the next one: that run was killed mid-save.
+                if (!pending.isEmpty())
+                    unfinished << pending;
                 pending = fields.mid(1);
                 if (fields[1] != "del" && fields[2] == "client")
                     triedNames << fields[4];
@@ -55,8 +59,10 @@ struct Confirmed
     // True when the unfinished save may have changed or deleted this row.
     bool mayDiffer(const QString& table, const QString& key) const
     {
-        return pending.size() > 2 && pending[0] != "add" && pending[1] == table
-               && pending[2] == key;
+        const auto touches = [&](const QStringList& save) {
+            return save.size() > 2 && save[0] != "add" && save[1] == table && save[2] == key;
+        };
+        return touches(pending) || std::any_of(unfinished.cbegin(), unfinished.cend(), touches);
     }
 };
 
