@@ -61,7 +61,9 @@ private slots:
              {"nincsjog",  "kilep",     "nincsmeg",  "torol",    "nemtorol",  "ments",
               "nincs",     "rjelszo",   "nincsorsz", "kotelezo", "nincsugyf", "vanmar",
               "hibasadat", "nincsujat", "nyomhiba",  "telefon",  "backup2",   "backup1",
-              "backupOK",  "RestoreH",  "RestoreK",  "RestoreOK"})
+              "backupOK",  "RestoreH",  "RestoreK",  "RestoreOK", "foglalt",  "csakolvas",
+              "serult",    "elutasit",  "adathiba",  "nincsmar", "zarolt",    "nemolvashato",
+              "nemcausora", "olvasomod"})
             QTest::newRow(code) << code;
     }
     // The code in capitals finds the same row: a miss would add the code itself to the texts.
@@ -75,6 +77,15 @@ private slots:
         }
         QCOMPARE(texts - QSet<QString>({QString(), code}), texts); // none empty, none missing
         QCOMPARE(texts.size(), 3); // a text of its own in each language
+    }
+
+    // A code the catalogue lacks still tells the user what was meant.
+    void unknownCodeShowsTheCode()
+    {
+        for (int lang = 1; lang <= 3; ++lang) {
+            Session::instance().language = qint16(lang);
+            QCOMPARE(uzenetszoveg("nincsilyenkod"), QStringLiteral("nincsilyenkod"));
+        }
     }
 };
 

@@ -116,6 +116,14 @@ private slots:
         s.search("ker5", "");
         QCOMPARE(s.field("ker5")->text(), QString("2007.10.")); // the field keeps what was typed
         QCOMPARE(column(s, "ugyszam"), QStringList{"9"});
+        // A whole day narrows to that day.
+        s.type("ker5", "26");
+        s.search("ker5", "");
+        QCOMPARE(s.field("ker5")->text(), QString("2007.10.26"));
+        QCOMPARE(column(s, "ugyszam"), QStringList{"9"});
+        s.field("ker5")->setText("2007.11.05");
+        s.search("ker5", "");
+        QCOMPARE(column(s, "ugyszam"), QStringList{"10"});
         s.field("ker5")->setText("2007.1"); // not a year, month or day: ignored
         s.search("ker5", "");
         QCOMPARE(column(s, "ugyszam"), (QStringList{"9", "10", "10/A", "11", "100"}));

@@ -103,6 +103,28 @@ private slots:
         QVERIFY(platform::textWidthTwips(s.w.font(), row[0]) <= 3350);
         QVERIFY(platform::textWidthTwips(s.w.font(), longName.left(row[0].size() + 1)) > 3350);
     }
+    // The third column is cut at 3750 twips in both lists, not at its own width.
+    void thirdColumnCutAt3750_data()
+    {
+        QTest::addColumn<QString>("tipus");
+        QTest::newRow("clients: place, wider column") << "1";
+        QTest::newRow("cases: type, narrower column") << "2";
+    }
+    void thirdColumnCutAt3750()
+    {
+        QFETCH(QString, tipus);
+        QVERIFY(m_folder.emplace(false).open());
+        const QString longText = QString("Nagyon hosszú szöveg ").repeated(8);
+        const qint64 client = addClient(m_folder->db(), "Ügyfél", tipus == "1" ? longText : "Pécs");
+        if (tipus == "2")
+            storeRow(m_folder->db(), "ugyek",
+                     {{"ugyszam", "1"}, {"ugyfelkod", client}, {"ugytipus", longText}});
+        Screen s(tipus);
+        const QString third = texts(pages(print(s))[0], 900).value(2);
+        QVERIFY(!third.isEmpty() && longText.startsWith(third));
+        QVERIFY(platform::textWidthTwips(s.w.font(), third) <= 3750);
+        QVERIFY(platform::textWidthTwips(s.w.font(), longText.left(third.size() + 1)) > 3750);
+    }
     void germanHeadingsUnderHungarianTitle_data()
     {
         QTest::addColumn<int>("tipus");

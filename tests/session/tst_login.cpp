@@ -65,6 +65,27 @@ private slots:
         QCOMPARE(field("login1")->text(), shown);
     }
 
+    // Enter in the name moves on to the password, and so checks the name, from two characters.
+    void enterMovesOnFromTwoCharacters_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("movesOn");
+        QTest::newRow("one character") << "x" << false;
+        QTest::newRow("two characters") << "xy" << true;
+    }
+    void enterMovesOnFromTwoCharacters()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, movesOn);
+        testsupport::MessageRecorder recorder;
+        field("login1")->setFocus();
+        QTest::keyClicks(field("login1"), typed);
+        QTest::keyClick(field("login1"), Qt::Key_Return);
+        // An unknown name is told and taken back.
+        QCOMPARE(recorder.texts(), QStringList(movesOn ? 1 : 0, uzenetszoveg("nincs")));
+        QCOMPARE(field("login1")->text(), movesOn ? QString() : typed);
+    }
+
     // No panel: the attempt failed, with the message given, or without one nothing happened.
     void loginAttempt_data()
     {
