@@ -2,6 +2,7 @@
 // office's kinds of case numbers (9, 10, 10/A, 2019/123) and 3,500 postal codes.
 #include "platform/Database.h"
 #include "store/Prepare.h"
+#include "store/Upgrade.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -123,6 +124,8 @@ int main(int argc, char** argv)
         err << error << "\n";
         return 1;
     }
+    // The clients' sort keys, as the program's first start would write them.
+    store::fillClientSortKeys(db);
     db.exec(QStringLiteral("ANALYZE"));
     return 0;
 }

@@ -7,9 +7,11 @@
 #include <QGuiApplication>
 #include <QPageLayout>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QSaveFile>
 #include <QScreen>
 #include <QToolBar>
 #include <QtMath>
@@ -30,36 +32,101 @@ QSize printableTwips(const QPrinter& printer)
     return QSize(qRound(inches.width() * 1440), qRound(inches.height() * 1440));
 }
 
-// Draws recorded items again on another printer, without ending it.
-void replay(const QList<PrintItem>& items, Printer& target)
+int lineHeightTwips(int points, bool bold)
 {
-    for (const PrintItem& item : items) {
-        switch (item.kind) {
-        case PrintItem::Text:
-            target.setFontSize(item.fontSize);
-            target.setBold(item.bold);
-            target.text(item.x, item.y, item.text);
-            break;
-        case PrintItem::Line:
-            target.line(item.x, item.y, item.x2, item.y2);
-            break;
-        case PrintItem::NewPage:
-            target.newPage();
-            break;
-        case PrintItem::End:
-        case PrintItem::Cancel:
-            break;
-        }
-    }
+    return qCeil(QFontMetricsF(printFont(points, bold)).height());
 }
+
+// Draws on a paged device (a printer or a PDF writer) as it is told, in twips from the top
+// left corner of the device's printable area. end() finishes the painting; whoever owns the
+// device sends it on.
+class DevicePrinter : public Printer
+{
+public:
+    DevicePrinter(QPagedPaintDevice* device, int resolution, QSize pageTwips)
+        : m_device(device), m_resolution(resolution), m_page(pageTwips)
+    {
+    }
+
+    bool begin(QString* error)
+    {
+        if (!m_painter.begin(m_device)) {
+            if (error)
+                *error = QStringLiteral("The printer could not be opened.");
+            return false;
+        }
+        const double scale = m_resolution / 1440.0;
+        m_painter.scale(scale, scale);
+        return true;
+    }
+
+    QSize pageSize() const override { return m_page; }
+    void setFontSize(int points) override { m_fontSize = points; }
+    void setBold(bool bold) override { m_bold = bold; }
+    int lineHeight() const override { return lineHeightTwips(m_fontSize, m_bold); }
+
+    void text(int x, int y, const QString& text) override
+    {
+        // The painter's font changes only when the text's font does: most lines of a list
+        // keep the font of the line before.
+        if (m_fontSize != m_painterFontSize || m_bold != m_painterBold) {
+            m_painterFontSize = m_fontSize;
+            m_painterBold = m_bold;
+            const QFont font = printFont(m_fontSize, m_bold);
+            m_painter.setFont(font);
+            m_ascent = QFontMetricsF(font).ascent();
+        }
+        m_painter.drawText(QPointF(x, y + m_ascent), text);
+    }
+
+    void line(int x1, int y1, int x2, int y2) override { m_painter.drawLine(x1, y1, x2, y2); }
+
+    void newPage() override
+    {
+        if (!m_failed && !m_device->newPage())
+            m_failed = true;
+    }
+
+    bool end(QString* error = nullptr) override
+    {
+        const bool ended = !m_painter.isActive() || m_painter.end();
+        if (m_failed) {
+            if (error)
+                *error = QStringLiteral("The printer could not start a new page.");
+            return false;
+        }
+        if (!ended && error)
+            *error = QStringLiteral("The printer reported an error.");
+        return ended;
+    }
+
+    void cancel() override
+    {
+        if (m_painter.isActive())
+            m_painter.end();
+    }
+
+private:
+    QPagedPaintDevice* m_device;
+    int m_resolution;
+    QSize m_page;
+    QPainter m_painter;
+    int m_fontSize = 10;
+    bool m_bold = false;
+    int m_painterFontSize = -1;
+    bool m_painterBold = false;
+    double m_ascent = 0;
+    bool m_failed = false;
+};
 
 // Shows the finished document and prints it from there, or saves it as PDF.
 class PreviewPrinter : public RecordingPrinter
 {
 public:
     PreviewPrinter(std::unique_ptr<QPrinter> printer, QWidget* parent)
-        : RecordingPrinter(printableTwips(*printer)), m_printer(std::move(printer)),
-          m_parent(parent)
+        : RecordingPrinter(printableTwips(*printer))
+        , m_printer(std::move(printer))
+        , m_parent(parent)
     {
     }
 
@@ -69,7 +136,7 @@ protected:
         QPrintPreviewDialog dialog(m_printer.get(), m_parent);
         QString paintError;
         QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                         [&](QPrinter* p) { paintItems(items(), p, &paintError); });
+                         [&](QPrinter* p) { paintItems(*this, p, &paintError); });
         if (auto* bar = dialog.findChild<QToolBar*>()) {
             QAction* pdf = bar->addAction(QStringLiteral("PDF"));
             QObject::connect(pdf, &QAction::triggered, &dialog, [&] {
@@ -79,7 +146,7 @@ protected:
                 if (path.isEmpty())
                     return;
                 PdfPrinter file(path);
-                replay(items(), file);
+                replay(file);
                 file.end(&paintError);
             });
         }
@@ -100,62 +167,76 @@ RecordingPrinter::RecordingPrinter(QSize pageTwips) : m_page(pageTwips) { }
 
 int RecordingPrinter::lineHeight() const
 {
-    return qCeil(QFontMetricsF(printFont(m_fontSize, m_bold)).height());
+    return lineHeightTwips(m_fontSize, m_bold);
+}
+
+void RecordingPrinter::add(PrintItem::Kind kind, int x, int y, int a, int b)
+{
+    m_items.append(Stored{x, y, a, b, qint16(qBound(0, m_fontSize, 32767)), quint8(kind), m_bold});
 }
 
 void RecordingPrinter::text(int x, int y, const QString& text)
 {
-    PrintItem item;
-    item.kind = PrintItem::Text;
-    item.x = x;
-    item.y = y;
-    item.text = text;
-    item.fontSize = m_fontSize;
-    item.bold = m_bold;
-    m_items << item;
+    const QByteArray utf8 = text.toUtf8();
+    add(PrintItem::Text, x, y, int(m_texts.size()), int(utf8.size()));
+    m_texts += utf8;
 }
 
 void RecordingPrinter::line(int x1, int y1, int x2, int y2)
 {
-    PrintItem item;
-    item.kind = PrintItem::Line;
-    item.x = x1;
-    item.y = y1;
-    item.x2 = x2;
-    item.y2 = y2;
-    m_items << item;
+    add(PrintItem::Line, x1, y1, x2, y2);
 }
 
 void RecordingPrinter::newPage()
 {
-    PrintItem item;
-    item.kind = PrintItem::NewPage;
-    m_items << item;
+    add(PrintItem::NewPage);
 }
 
 bool RecordingPrinter::end(QString* error)
 {
-    PrintItem item;
-    item.kind = PrintItem::End;
-    m_items << item;
+    add(PrintItem::End);
     return deliver(error);
 }
 
 void RecordingPrinter::cancel()
 {
+    add(PrintItem::Cancel);
+}
+
+PrintItem RecordingPrinter::decoded(const Stored& s) const
+{
     PrintItem item;
-    item.kind = PrintItem::Cancel;
-    m_items << item;
+    item.kind = PrintItem::Kind(s.kind);
+    item.x = s.x;
+    item.y = s.y;
+    if (item.kind == PrintItem::Text) {
+        item.text = QString::fromUtf8(m_texts.constData() + s.a, s.b);
+        item.fontSize = s.fontSize;
+        item.bold = s.bold;
+    } else if (item.kind == PrintItem::Line) {
+        item.x2 = s.a;
+        item.y2 = s.b;
+    }
+    return item;
+}
+
+QList<PrintItem> RecordingPrinter::items() const
+{
+    QList<PrintItem> result;
+    result.reserve(m_items.size());
+    for (const Stored& s : m_items)
+        result << decoded(s);
+    return result;
 }
 
 QList<QList<PrintItem>> RecordingPrinter::pages() const
 {
     QList<QList<PrintItem>> result(1);
-    for (const PrintItem& item : m_items) {
-        if (item.kind == PrintItem::NewPage)
+    for (const Stored& s : m_items) {
+        if (s.kind == PrintItem::NewPage)
             result.append(QList<PrintItem>());
-        else if (item.kind == PrintItem::Text || item.kind == PrintItem::Line)
-            result.last() << item;
+        else if (s.kind == PrintItem::Text || s.kind == PrintItem::Line)
+            result.last() << decoded(s);
     }
     return result;
 }
@@ -168,6 +249,32 @@ bool RecordingPrinter::isEnded() const
 bool RecordingPrinter::isCancelled() const
 {
     return !m_items.isEmpty() && m_items.last().kind == PrintItem::Cancel;
+}
+
+void RecordingPrinter::replay(Printer& target) const
+{
+    for (const Stored& s : m_items) {
+        switch (s.kind) {
+        case PrintItem::Text:
+            target.setFontSize(s.fontSize);
+            target.setBold(s.bold);
+            target.text(s.x, s.y, QString::fromUtf8(m_texts.constData() + s.a, s.b));
+            break;
+        case PrintItem::Line:
+            target.line(s.x, s.y, s.a, s.b);
+            break;
+        case PrintItem::NewPage:
+            target.newPage();
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+qsizetype RecordingPrinter::memoryUsed() const
+{
+    return m_items.capacity() * qsizetype(sizeof(Stored)) + m_texts.capacity();
 }
 
 QSize RecordingPrinter::a4PageTwips()
@@ -197,63 +304,114 @@ int textWidthTwips(const QFont& screenFont, const QString& text)
     return qRound(QFontMetricsF(screenFont).horizontalAdvance(text) * 1440.0 / dpi);
 }
 
-bool paintItems(const QList<PrintItem>& items, QPrinter* printer, QString* error)
+bool paintItems(const RecordingPrinter& document, QPrinter* printer, QString* error)
 {
-    QPainter painter;
-    if (!painter.begin(printer)) {
+    DevicePrinter drawing(printer, printer->resolution(), printableTwips(*printer));
+    if (!drawing.begin(error))
+        return false;
+    document.replay(drawing);
+    if (!drawing.end(error))
+        return false;
+    if (printer->printerState() == QPrinter::Error) {
         if (error)
-            *error = QStringLiteral("The printer could not be opened.");
+            *error = QStringLiteral("The printer reported an error.");
         return false;
     }
-    const double scale = printer->resolution() / 1440.0;
-    painter.scale(scale, scale);
-    int fontSize = -1;
-    bool bold = false;
-    double ascent = 0;
-    for (const PrintItem& item : items) {
-        switch (item.kind) {
-        case PrintItem::Text:
-            if (item.fontSize != fontSize || item.bold != bold) {
-                fontSize = item.fontSize;
-                bold = item.bold;
-                const QFont font = printFont(fontSize, bold);
-                painter.setFont(font);
-                ascent = QFontMetricsF(font).ascent();
-            }
-            painter.drawText(QPointF(item.x, item.y + ascent), item.text);
-            break;
-        case PrintItem::Line:
-            painter.drawLine(item.x, item.y, item.x2, item.y2);
-            break;
-        case PrintItem::NewPage:
-            if (!printer->newPage()) {
-                painter.end();
-                if (error)
-                    *error = QStringLiteral("The printer could not start a new page.");
-                return false;
-            }
-            break;
-        case PrintItem::End:
-        case PrintItem::Cancel:
-            break;
-        }
-    }
-    const bool ok = painter.end() && printer->printerState() != QPrinter::Error;
-    if (!ok && error)
-        *error = QStringLiteral("The printer reported an error.");
-    return ok;
+    return true;
 }
+
+// The temporary file, the PDF writer on it, and the drawing on the writer's pages. Dropped
+// without commit, the temporary file is removed.
+struct PdfPrinter::Output
+{
+    explicit Output(const QString& path)
+        : file(path), writer(&file), drawing(&writer, 1200, RecordingPrinter::a4PageTwips())
+    {
+    }
+    QSaveFile file;
+    QPdfWriter writer;
+    DevicePrinter drawing;
+};
 
 PdfPrinter::PdfPrinter(const QString& path) : m_path(path) { }
 
-bool PdfPrinter::deliver(QString* error)
+PdfPrinter::~PdfPrinter() = default;
+
+bool PdfPrinter::open()
 {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(m_path);
-    printer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
-                                      QMarginsF(0.25, 0, 0.25, 0), QPageLayout::Inch));
-    return paintItems(items(), &printer, error);
+    if (m_out)
+        return true;
+    if (m_finished)
+        return false;
+    auto out = std::make_unique<Output>(m_path);
+    if (!out->file.open(QIODevice::WriteOnly)) {
+        m_error = QStringLiteral("The PDF file could not be written: ") + out->file.errorString();
+        m_finished = true;
+        return false;
+    }
+    out->writer.setResolution(1200);
+    out->writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                                          QMarginsF(0.25, 0, 0.25, 0), QPageLayout::Inch));
+    if (!out->drawing.begin(&m_error)) {
+        m_finished = true;
+        return false;
+    }
+    m_out = std::move(out);
+    return true;
+}
+
+QSize PdfPrinter::pageSize() const
+{
+    return RecordingPrinter::a4PageTwips();
+}
+
+int PdfPrinter::lineHeight() const
+{
+    return lineHeightTwips(m_fontSize, m_bold);
+}
+
+void PdfPrinter::text(int x, int y, const QString& text)
+{
+    if (!open())
+        return;
+    m_out->drawing.setFontSize(m_fontSize);
+    m_out->drawing.setBold(m_bold);
+    m_out->drawing.text(x, y, text);
+}
+
+void PdfPrinter::line(int x1, int y1, int x2, int y2)
+{
+    if (open())
+        m_out->drawing.line(x1, y1, x2, y2);
+}
+
+void PdfPrinter::newPage()
+{
+    if (open())
+        m_out->drawing.newPage();
+}
+
+bool PdfPrinter::end(QString* error)
+{
+    // A document with nothing drawn is still one blank page.
+    open();
+    std::unique_ptr<Output> out = std::move(m_out);
+    m_finished = true;
+    QString why = m_error;
+    bool ok = out && out->drawing.end(&why);
+    if (ok && !out->file.commit()) {
+        ok = false;
+        why = QStringLiteral("The PDF file could not be written: ") + out->file.errorString();
+    }
+    if (!ok && error)
+        *error = why;
+    return ok;
+}
+
+void PdfPrinter::cancel()
+{
+    m_out.reset();
+    m_finished = true;
 }
 
 std::unique_ptr<Printer> openDefaultPrinter(QWidget* parent)

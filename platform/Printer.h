@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QFont>
 #include <QList>
 #include <QSize>
@@ -49,8 +50,10 @@ struct PrintItem
     bool bold = false;
 };
 
-// Keeps everything drawn on it. Tests read the items; the real printers below replay them
-// once the document is complete, so nothing reaches paper before it is whole.
+// Keeps everything drawn on it. Tests read the items; the preview shows them once the
+// document is complete, so nothing reaches paper before it is whole. The items are held
+// compactly (a small fixed record each, the texts one after another in UTF-8), as a preview of
+// the whole register holds hundreds of thousands of them.
 class RecordingPrinter : public Printer
 {
 public:
@@ -66,11 +69,16 @@ public:
     bool end(QString* error = nullptr) override;
     void cancel() override;
 
-    const QList<PrintItem>& items() const { return m_items; }
+    // The items drawn so far, in drawing order.
+    QList<PrintItem> items() const;
     // The items of each page, page breaks left out.
     QList<QList<PrintItem>> pages() const;
     bool isEnded() const;
     bool isCancelled() const;
+    // Draws the document again on another printer, without ending it.
+    void replay(Printer& target) const;
+    // Bytes the recorded items take.
+    qsizetype memoryUsed() const;
 
     // The printable area of an A4 page with quarter-inch side margins.
     static QSize a4PageTwips();
@@ -79,10 +87,25 @@ protected:
     virtual bool deliver(QString* error);
 
 private:
+    // Text: a and b are the text's start and length in m_texts. Line: a and b are x2 and y2.
+    struct Stored
+    {
+        qint32 x;
+        qint32 y;
+        qint32 a;
+        qint32 b;
+        qint16 fontSize;
+        quint8 kind;
+        bool bold;
+    };
+    void add(PrintItem::Kind kind, int x = 0, int y = 0, int a = 0, int b = 0);
+    PrintItem decoded(const Stored& s) const;
+
     QSize m_page;
     int m_fontSize = 10;
     bool m_bold = false;
-    QList<PrintItem> m_items;
+    QList<Stored> m_items;
+    QByteArray m_texts;
 };
 
 // The print font: the platform's default face with the size given in twips, so that it draws
@@ -92,20 +115,41 @@ QFont printFont(int points, bool bold);
 // Width of a text in twips when shown in a screen font.
 int textWidthTwips(const QFont& screenFont, const QString& text);
 
-// Draws recorded items on a printer (pages of the printer's printable area).
-bool paintItems(const QList<PrintItem>& items, QPrinter* printer, QString* error = nullptr);
+// Draws a recorded document on a printer (pages of the printer's printable area).
+bool paintItems(const RecordingPrinter& document, QPrinter* printer, QString* error = nullptr);
 
-// Writes recorded items to a PDF file of A4 pages (the printable area of a4PageTwips()).
-class PdfPrinter : public RecordingPrinter
+// Writes a PDF file of A4 pages (the printable area of a4PageTwips()) page by page as the
+// document is drawn, so that a list of any length prints in little memory. The pages go to a
+// temporary file beside the target, which end() puts in place of the target; cancel(), a
+// failure, or a printer dropped before end() removes it, so a half document never appears
+// under the target's name.
+class PdfPrinter : public Printer
 {
 public:
     explicit PdfPrinter(const QString& path);
+    ~PdfPrinter() override;
 
-protected:
-    bool deliver(QString* error) override;
+    QSize pageSize() const override;
+    void setFontSize(int points) override { m_fontSize = points; }
+    void setBold(bool bold) override { m_bold = bold; }
+    int lineHeight() const override;
+    void text(int x, int y, const QString& text) override;
+    void line(int x1, int y1, int x2, int y2) override;
+    void newPage() override;
+    bool end(QString* error = nullptr) override;
+    void cancel() override;
 
 private:
+    struct Output;
+    // The output, opened at the first drawing; false once it failed or the document ended.
+    bool open();
+
     QString m_path;
+    int m_fontSize = 10;
+    bool m_bold = false;
+    bool m_finished = false;
+    QString m_error;
+    std::unique_ptr<Output> m_out;
 };
 
 // The default printer of the system, or null when none is installed. What it prints is first
