@@ -1,6 +1,7 @@
 #include "platform/Database.h"
 
 #include "platform/SqlFunctions.h"
+#include "platform/StructureCheck.h"
 
 #include <QAtomicInt>
 #include <atomic>
@@ -285,6 +286,7 @@ void Database::close()
     if (!m_registered)
         return;
     m_registered = false;
+    m_check.reset();
     {
         QSqlDatabase db = connection();
         if (db.isOpen())
@@ -322,6 +324,10 @@ Failure Database::failureOf(const QSqlError& e) const
 
 bool Database::writeAllowed(QString* error) const
 {
+    // A write waits for the look at the file's structure, so nothing is written into a file
+    // that turns out to be damaged.
+    if (m_check && !m_check->wait())
+        m_damaged = true;
     if (m_damaged)
         return fail(Failure::Damaged, EngineError::damaged(), error);
     if (m_readOnly)
@@ -534,6 +540,14 @@ bool Database::checkStructure(int budgetMs, QString* error)
     if (problems.isEmpty() || problems == QStringList{QStringLiteral("ok")})
         return true;
     return fail(Failure::Damaged, problems.join(u' '), error);
+}
+
+StructureCheck* Database::startStructureCheck(int budgetMs)
+{
+    m_check = std::make_unique<StructureCheck>(m_filePath, budgetMs);
+    QObject::connect(m_check.get(), &StructureCheck::finished,
+                     [this](bool damaged) { m_damaged = m_damaged || damaged; });
+    return m_check.get();
 }
 
 bool Database::run(QSqlQuery& q, const QString& sql, const QVariantList& params,

@@ -7,11 +7,15 @@
 #include <QVariantMap>
 #include <vector>
 
+#include <memory>
+
 class QSqlDatabase;
 class QSqlError;
 class QSqlQuery;
 
 namespace platform {
+
+class StructureCheck;
 
 // One row read from the database. Column names are matched without regard to letter case,
 // as the office's database has always compared names.
@@ -109,6 +113,10 @@ public:
     // a start stays quick on a large register. False (and the file marked damaged) when the
     // part looked at is broken.
     bool checkStructure(int budgetMs, QString* error = nullptr);
+    // The same look, made in the background on a connection of its own so that the program
+    // is ready at once. Writes wait for it to end; when it finds damage the file is marked
+    // damaged (no write starts) and the check's finished() signal says so.
+    StructureCheck* startStructureCheck(int budgetMs);
 
     // How long a step waits for another workstation's lock before giving up with Busy. While
     // it waits, the windows keep painting but take no input.
@@ -171,6 +179,7 @@ private:
     mutable bool m_damaged = false;
     mutable Failure m_failure = Failure::None;
     int m_busyWaitMs;
+    std::unique_ptr<StructureCheck> m_check;
     qint64 m_busySinceMs = 0;
     bool m_waiting = false;
 };
