@@ -29,6 +29,12 @@ struct Field
         Choice, // an editable choice box; its text is the value
         Date, // a date typed as text; stored as typed, an empty one as no value
     };
+    Field(QString widgetName, QString columnName, Kind fieldKind = Text, QString noOption = {},
+          bool alwaysOpen = false)
+        : widget(std::move(widgetName)), column(std::move(columnName)), kind(fieldKind),
+          noWidget(std::move(noOption)), neverLocked(alwaysOpen)
+    {
+    }
     QString widget;
     QString column;
     Kind kind = Text;
@@ -42,6 +48,10 @@ enum class Role { New, Change, Save, Delete, Close };
 
 struct Button
 {
+    Button(Role buttonRole, QString widgetName, int rightPosition = 0)
+        : role(buttonRole), widget(std::move(widgetName)), right(rightPosition)
+    {
+    }
     Role role;
     QString widget;
     int right = 0; // position in the rights string that grants the command; 0 for none

@@ -8,6 +8,7 @@
 #include "session/Session.h"
 #include "store/DataLocation.h"
 #include "ui_Alap.h"
+#include "version.h"
 
 #include <QCloseEvent>
 #include <QDate>
@@ -93,7 +94,7 @@ bool Alap::load()
     setPanelText(2, locale.toString(QDate::currentDate(), QLocale::ShortFormat));
     setPanelText(3, locale.toString(QTime::currentTime(), QLocale::ShortFormat));
     feliratoz(this);
-    m_ui->verz->setText(QStringLiteral("1.25"));
+    m_ui->verz->setText(QStringLiteral(CAUSORA_VERSION));
     helyez();
     return true;
 }

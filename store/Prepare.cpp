@@ -2,6 +2,7 @@
 
 #include "store/Credentials.h"
 #include "store/Schema.h"
+#include "version.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,7 +44,7 @@ bool fillBase(platform::Database& db, QString* error)
 {
     return db.insert(QStringLiteral("parameterek"),
                      {{QStringLiteral("alapnyelv"), 1},
-                      {QStringLiteral("verzio"), QStringLiteral("1.25")},
+                      {QStringLiteral("verzio"), QStringLiteral(CAUSORA_VERSION)},
                       {QStringLiteral("kelllogon"), 0},
                       {QStringLiteral("utolsoment"), QVariant()},
                       {QStringLiteral("modemport"), QStringLiteral("1")},

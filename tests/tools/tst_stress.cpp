@@ -27,6 +27,9 @@ struct Confirmed
     {
         QFile f(path);
         QVERIFY(f.open(QIODevice::ReadOnly));
+        // The save the run before was killed in stays uncertain.
+        if (!pending.isEmpty())
+            unfinished << pending;
         pending.clear();
         for (const QByteArray& bytes : f.readAll().split('\n')) {
             const QStringList fields = QString::fromUtf8(bytes).split(u'\t');
