@@ -107,8 +107,12 @@ private slots:
     }
     void caseNumberOrderAndDateFilter()
     {
+        // After the number's value, its text decides with letter case ignored.
+        addCase(m_folder->db(), "10/b", m_ids["CD Kft."]);
+        addCase(m_folder->db(), "10/C", m_ids["CD Kft."]);
+        const QStringList all{"9", "10", "10/A", "10/b", "10/C", "11", "100"};
         Screen s("2");
-        QCOMPARE(column(s, "ugyszam"), (QStringList{"9", "10", "10/A", "11", "100"}));
+        QCOMPARE(column(s, "ugyszam"), all);
         s.type("ker5", "2007");
         QCOMPARE(s.field("ker5")->text(), QString("2007."));
         s.type("ker5", "1x0"); // a letter is taken back
@@ -118,7 +122,7 @@ private slots:
         QCOMPARE(column(s, "ugyszam"), QStringList{"9"});
         s.field("ker5")->setText("2007.1"); // not a year, month or day: ignored
         s.search("ker5", "");
-        QCOMPARE(column(s, "ugyszam"), (QStringList{"9", "10", "10/A", "11", "100"}));
+        QCOMPARE(column(s, "ugyszam"), all);
     }
     void gridColumnsByModeAndLanguage_data()
     {
