@@ -8,11 +8,11 @@
 #include "locale/Felirat.h"
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
+#include "platform/LockedCombo.h"
 #include "platform/Messages.h"
 #include "session/Jog.h"
 #include "store/Clients.h"
 
-#include <QAbstractItemView>
 #include <QButtonGroup>
 #include <QCloseEvent>
 #include <QSignalBlocker>
@@ -86,8 +86,7 @@ void Ugyfelek::setEntryFieldsLocked(bool locked)
     for (QLineEdit* field : entryFields())
         field->setReadOnly(locked);
     // A locked country box takes neither typing nor a choice from its list.
-    m_ui->orszag->lineEdit()->setReadOnly(locked);
-    m_ui->orszag->view()->setEnabled(!locked);
+    platform::lockComboBox(m_ui->orszag, locked);
 }
 
 void Ugyfelek::emptyEntryFields()
