@@ -16,6 +16,7 @@
 #include "store/Upgrade.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 
 namespace {
@@ -148,6 +149,14 @@ void keres::g1_Click()
 void keres::g2_Click()
 {
     close();
+}
+
+void keres::closeEvent(QCloseEvent* e)
+{
+    // However the screen is closed (Bezár or the window's close box), the main menu comes
+    // back. It is shown before this window goes, so the program is never left without a
+    // window, which would end it without the exit question.
+    QWidget::closeEvent(e);
     if (const auto& menu = Session::instance().screens.showMainMenu)
         menu();
 }

@@ -6,9 +6,12 @@
 #include "platform/ListSource.h"
 #include "session/Session.h"
 
+#include <optional>
+#include <QApplication>
 #include <QHeaderView>
 #include <QTableView>
-#include <optional>
+#include <QTimer>
+#include <QWindow>
 
 // The values of one column of the list, from the top.
 static QStringList column(Screen& s, const QString& name)
@@ -190,6 +193,24 @@ private slots:
         const ListChoice handed = (tipus == "1" ? clients : cases).value(0); // screen by mode
         QCOMPARE(handed.key, key);
         QCOMPARE(handed.search, key.isEmpty() ? nullptr : &s.w);
+    }
+    // The window's close box is Bezár: the main menu comes back, and the program goes on.
+    void closeBoxReturnsToTheMenu()
+    {
+        QWidget menu; // hidden while the search screen is open, as the main menu is
+        Session::instance().screens.showMainMenu = [&] { menu.show(); };
+        Screen s("1");
+        // Running as the program runs, where closing the last window would end it.
+        bool running = false;
+        QObject thisTest;
+        QTimer::singleShot(0, &s.w, [&] { s.w.windowHandle()->close(); });
+        QTimer::singleShot(200, &thisTest, [&] {
+            running = true;
+            QCoreApplication::quit();
+        });
+        QApplication::exec();
+        QVERIFY(running);
+        QVERIFY(!s.w.isVisible());
     }
     void newRecordNeedsRightEight()
     {
