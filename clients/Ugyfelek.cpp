@@ -293,6 +293,11 @@ void Ugyfelek::g7_Click()
     unload();
 }
 
+bool Ugyfelek::entryPending() const
+{
+    return m_ui->g5->isEnabled();
+}
+
 void Ugyfelek::unload(bool showCaller)
 {
     if (m_unloading)

@@ -77,6 +77,24 @@ bool keres::clientsMode() const
     return ui->tipus->text().trimmed() == QLatin1String("1");
 }
 
+bool keres::Load()
+{
+    const Screens& screens = Session::instance().screens;
+    bool closed = true;
+    for (const auto* givesWay : {&screens.clientGivesWay, &screens.caseGivesWay}) {
+        if (*givesWay && !(*givesWay)(GiveWay::Close))
+            closed = false;
+    }
+    return closed;
+}
+
+bool keres::registerGivesWay() const
+{
+    const Screens& screens = Session::instance().screens;
+    const auto& givesWay = clientsMode() ? screens.clientGivesWay : screens.caseGivesWay;
+    return !givesWay || givesWay(GiveWay::Replace);
+}
+
 void keres::Activate()
 {
     platform::placeOnDisplay(this, 1.8);
@@ -136,6 +154,9 @@ void keres::g1_Click()
 {
     if (!jogos(8, this))
         return;
+    // An entry in progress on the register screen is answered for before anything changes.
+    if (!registerGivesWay())
+        return;
     for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
         filter->clear();
     szukites();
@@ -171,6 +192,9 @@ void keres::DataGrid1_RowChosen()
     const int position = m_forras->position();
     ui->jelzo->setText(QString::number(position));
     if (position == -1)
+        return;
+    // No: the register screen keeps its entry, and nothing is handed over.
+    if (!registerGivesWay())
         return;
     ui->ksorsz->setText(m_forras->value(position - 1, 0).toString());
     const ListChoice choice{ui->ksorsz->text(), m_forras->recordSource(), this};

@@ -3,6 +3,8 @@
 #include "clients/Install.h"
 #include "clients/Ugyfelek.h"
 #include "locale/Uzenet.h"
+#include "search/Install.h"
+#include "search/keres.h"
 #include "session/Session.h"
 #include "store/Clients.h"
 
@@ -11,6 +13,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -85,7 +89,7 @@ private slots:
     void cleanup()
     {
         for (QWidget* w : QApplication::topLevelWidgets())
-            if (qobject_cast<Ugyfelek*>(w))
+            if (qobject_cast<Ugyfelek*>(w) || qobject_cast<keres*>(w))
                 w->deleteLater();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         m_folder.reset();
@@ -244,6 +248,74 @@ private slots:
             screen()->Activate();
         QCOMPARE(orszag()->count(), db().scalar("select count(*) from orszagok").toInt());
         QCOMPARE(orszag()->currentText(), QString("Ausztria"));
+    }
+    // Back on the search screen with an entry in progress, choosing another row or Új, or
+    // opening the search screen anew from the menu, asks "ments" first. No keeps the entry on
+    // screen; Yes saves it before another row or a new client is shown, and drops it when the
+    // search screen is opened anew (as Bezár does).
+    void theSearchScreenAsksBeforeAnEntryGoes_data()
+    {
+        QTest::addColumn<QString>("gesture");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("kept");
+        QTest::addColumn<bool>("saved");
+        const int yes = platform::AnswerYes, no = platform::AnswerNo;
+        QTest::newRow("another row, No") << "row" << no << true << false;
+        QTest::newRow("another row, Yes saves") << "row" << yes << false << true;
+        QTest::newRow("new client, No") << "new" << no << true << false;
+        QTest::newRow("new client, Yes saves") << "new" << yes << false << true;
+        QTest::newRow("search opened anew, No") << "reopen" << no << true << false;
+        QTest::newRow("search opened anew, Yes drops") << "reopen" << yes << false << false;
+    }
+    void theSearchScreenAsksBeforeAnEntryGoes()
+    {
+        QFETCH(QString, gesture);
+        QFETCH(int, answer);
+        QFETCH(bool, kept);
+        QFETCH(bool, saved);
+        Screens& screens = Session::instance().screens;
+        search::install(screens);
+        screens.showSearch("1");
+        keres* search = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* k = qobject_cast<keres*>(w); k && k->isVisible())
+                search = k;
+        QVERIFY(search);
+        const auto choose = [search](const QString& name) {
+            auto* ker1 = search->findChild<QLineEdit*>("ker1");
+            ker1->setText(name);
+            QTest::keyClick(ker1, Qt::Key_Return);
+            QTest::keyClick(search->findChild<QTableView*>("DataGrid1"), Qt::Key_Return);
+        };
+        choose("Farkas");
+        Ugyfelek* first = screen();
+        QVERIFY(first);
+        click("g4");
+        type(field("nev2"), "Második sor");
+
+        testsupport::MessageRecorder boxes;
+        boxes.answer(answer);
+        if (gesture == "row") {
+            choose("Huber");
+        } else if (gesture == "new") {
+            QTest::mouseClick(search->findChild<QPushButton*>("g1"), Qt::LeftButton);
+        } else {
+            search->close();
+            screens.showSearch("2");
+        }
+        QCOMPARE(boxes.texts(), texts({"ments"}));
+        QCOMPARE(stored("15").text("unev2"), saved ? QString("Második sor") : QString());
+        QVERIFY(search->isVisible());
+        if (kept) {
+            QCOMPARE(screen(), first);
+            QCOMPARE(field("nev2")->text(), QString("Második sor"));
+            QVERIFY(button("g5")->isEnabled());
+        } else if (gesture == "reopen") {
+            QVERIFY(!screen());
+        } else {
+            QVERIFY(screen() && screen() != first);
+            QCOMPARE(field("nev1")->text(), gesture == "row" ? QString("Huber GmbH") : QString());
+        }
     }
     void newClientForTheCaseScreen()
     {
