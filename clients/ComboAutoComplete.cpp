@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -55,8 +56,39 @@ void ComboAutoComplete::type(QChar c)
     edit->setSelection(start, edit->text().size() - start);
 }
 
+void ComboAutoComplete::takeAndLeave(bool backwards)
+{
+    const QModelIndex highlighted = m_box->view()->currentIndex();
+    m_box->hidePopup();
+    // Choosing the entry puts its text into the box; with none highlighted the typed text stays.
+    if (highlighted.isValid()) {
+        m_box->setCurrentIndex(highlighted.row());
+        m_found = highlighted.row();
+        m_noMatch = false;
+    }
+    // On to the next (or previous) field, as Tab does from the closed box.
+    QKeyEvent tab(QEvent::KeyPress, backwards ? Qt::Key_Backtab : Qt::Key_Tab,
+                  backwards ? Qt::ShiftModifier : Qt::NoModifier);
+    QCoreApplication::sendEvent(m_box, &tab);
+}
+
 bool ComboAutoComplete::eventFilter(QObject* watched, QEvent* event)
 {
+    const bool keyEvent
+            = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (keyEvent && m_box->view()->isVisible()) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const int code = key->key();
+        if (code == Qt::Key_Tab || code == Qt::Key_Backtab || code == Qt::Key_Return
+            || code == Qt::Key_Enter) {
+            // The shortcut check comes first: claiming it keeps the open list from taking Enter
+            // for itself (it would keep the focus in the box), so the key press comes here.
+            if (event->type() == QEvent::KeyPress)
+                takeAndLeave(code == Qt::Key_Backtab || (key->modifiers() & Qt::ShiftModifier));
+            event->accept();
+            return true;
+        }
+    }
     if (event->type() != QEvent::KeyPress)
         return QObject::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);

@@ -1,5 +1,7 @@
 #include "clients/Install.h"
 
+#include "locale/Uzenet.h"
+
 #include <QApplication>
 
 namespace clients {
@@ -17,6 +19,25 @@ Ugyfelek* loadedScreen()
     return nullptr;
 }
 
+// The client screen makes room for the search screen (see GiveWay). An entry in progress is
+// brought to the front and "ments" ("close without saving?") asked: any answer but Yes keeps it
+// there, as Bezár does; Yes drops it.
+bool givesWay(GiveWay how)
+{
+    Ugyfelek* screen = loadedScreen();
+    if (!screen)
+        return true;
+    if (screen->entryPending()) {
+        screen->raise();
+        screen->activateWindow();
+        if (uzenet(QStringLiteral("ments"), platform::Confirmation, screen) != platform::AnswerYes)
+            return false;
+    }
+    if (how == GiveWay::Close)
+        screen->unload(false);
+    return true;
+}
+
 Ugyfelek* loadAnew(const ListChoice& choice)
 {
     if (Ugyfelek* old = loadedScreen())
@@ -28,6 +49,7 @@ Ugyfelek* loadAnew(const ListChoice& choice)
 
 void install(Screens& screens)
 {
+    screens.clientGivesWay = givesWay;
     screens.showClient = [](const ListChoice& choice) {
         Ugyfelek* screen = loadAnew(choice);
         screen->ugyffeltolt();

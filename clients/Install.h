@@ -9,7 +9,8 @@ namespace clients {
 
 // Plugs the client screen into the search screen's hand-offs: showClient opens the chosen
 // client on the search screen's list, newClient opens the screen for a new client. Either
-// replaces a client screen that is still loaded. Closing shows the search screen again.
+// replaces a client screen that is still loaded; clientGivesWay, asked first, answers for an
+// entry in progress on it ("ments"). Closing shows the search screen again.
 void install(Screens& screens);
 
 // The case screen's way to record a client it does not know yet. Shows the client screen in

@@ -11,7 +11,6 @@
 #include "platform/Messages.h"
 #include "store/Clients.h"
 
-#include <QAbstractItemView>
 #include <QButtonGroup>
 #include <QCloseEvent>
 #include <QSignalBlocker>
@@ -231,6 +230,11 @@ void Ugyfelek::g7_Click()
     if (!m_form->mayDiscard())
         return;
     unload();
+}
+
+bool Ugyfelek::entryPending() const
+{
+    return m_ui->g5->isEnabled();
 }
 
 void Ugyfelek::unload(bool showCaller)

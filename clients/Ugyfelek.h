@@ -49,6 +49,9 @@ public:
     void unload(bool showCaller = true);
     bool isUnloading() const { return m_unloading; }
 
+    // True while an entry is in progress (new or changed, not saved): Ment is enabled.
+    bool entryPending() const;
+
 public slots:
     // Every time the screen becomes the active window: captions, the country list, placement.
     void Activate();

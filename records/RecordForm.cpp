@@ -1,6 +1,7 @@
 #include "records/RecordForm.h"
 
 #include "locale/Uzenet.h"
+#include "platform/LockedCombo.h"
 #include "session/Jog.h"
 
 #include <QAbstractButton>
@@ -8,7 +9,6 @@
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QEvent>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextEdit>
@@ -16,38 +16,6 @@
 namespace records {
 
 namespace {
-
-constexpr const char* lockedProperty = "causoraLocked";
-
-// Swallows every event by which a locked choice box could change.
-class ChoiceLock : public QObject
-{
-public:
-    using QObject::QObject;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* e) override
-    {
-        if (!watched->property(lockedProperty).toBool())
-            return false;
-        switch (e->type()) {
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease: {
-            // Tab still moves on to the next field.
-            const int key = static_cast<QKeyEvent*>(e)->key();
-            return key != Qt::Key_Tab && key != Qt::Key_Backtab;
-        }
-        case QEvent::Wheel:
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::MouseButtonRelease:
-        case QEvent::InputMethod:
-            return true;
-        default:
-            return false;
-        }
-    }
-};
 
 QVariant noValue()
 {
@@ -120,27 +88,6 @@ Mode modeOf(const QString& hivo)
     if (h == QLatin1String("3"))
         return Mode::NewForCase;
     return Mode::Showing;
-}
-
-void lockChoice(QComboBox* box, bool locked)
-{
-    static const char* filterName = "causoraChoiceLock";
-    if (!box->findChild<ChoiceLock*>(QLatin1String(filterName), Qt::FindDirectChildrenOnly)) {
-        auto* lock = new ChoiceLock(box);
-        lock->setObjectName(QLatin1String(filterName));
-        box->installEventFilter(lock);
-        if (box->lineEdit())
-            box->lineEdit()->installEventFilter(lock);
-    }
-    box->setProperty(lockedProperty, locked);
-    if (box->lineEdit()) {
-        box->lineEdit()->setProperty(lockedProperty, locked);
-        // Pasting and typing go through the line edit, which then takes neither.
-        box->lineEdit()->setReadOnly(locked);
-    }
-    if (locked)
-        box->hidePopup();
-    box->view()->setEnabled(!locked);
 }
 
 RecordForm::RecordForm(QWidget* screen, QList<Field> fields, QList<Button> buttons,
@@ -221,7 +168,7 @@ void RecordForm::setLocked(bool locked, const QStringList& except)
         if (auto* edit = qobject_cast<QLineEdit*>(w))
             edit->setReadOnly(lock);
         else if (auto* box = qobject_cast<QComboBox*>(w))
-            lockChoice(box, lock);
+            platform::lockComboBox(box, lock);
         else if (auto* plain = qobject_cast<QPlainTextEdit*>(w))
             plain->setReadOnly(lock);
         else if (auto* rich = qobject_cast<QTextEdit*>(w))
@@ -237,7 +184,7 @@ bool RecordForm::isLocked(const QString& widget) const
     if (auto* edit = qobject_cast<QLineEdit*>(w))
         return edit->isReadOnly();
     if (auto* box = qobject_cast<QComboBox*>(w))
-        return box->property(lockedProperty).toBool();
+        return platform::LockedCombo::of(box)->isLocked();
     if (auto* plain = qobject_cast<QPlainTextEdit*>(w))
         return plain->isReadOnly();
     if (auto* rich = qobject_cast<QTextEdit*>(w))

@@ -104,8 +104,4 @@ private:
     QLineEdit* m_hivo;
 };
 
-// Makes a choice box take no change by any means (typing, pasting, the mouse wheel, its list)
-// while it is locked.
-void lockChoice(QComboBox* box, bool locked);
-
 } // namespace records

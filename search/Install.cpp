@@ -20,13 +20,18 @@ void install(Screens& screens)
                              [w = screen->data()] { delete w; });
         }
         keres* w = *screen;
+        const bool loading = !w->isVisible();
         w->setTipus(tipus);
-        if (w->isVisible())
-            w->Activate();
-        else
+        if (loading)
             w->show();
-        w->raise();
-        w->activateWindow();
+        else
+            w->Activate();
+        // Loading closes the client and case screens. It runs once this screen is shown, so
+        // that the program always has a window; a screen that keeps its entry stays in front.
+        if (!loading || w->Load()) {
+            w->raise();
+            w->activateWindow();
+        }
     };
 }
 

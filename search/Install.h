@@ -5,7 +5,8 @@ struct Screens;
 namespace search {
 
 // Plugs the search screen into the program: screens.showSearch opens it in clients ("1") or
-// cases ("2") mode. There is one search screen; opening it again reuses it.
+// cases ("2") mode. There is one search screen; opening it again reuses it. Opening it while
+// it is closed loads it, which closes the client and case screens (keres::Load).
 void install(Screens& screens);
 
 } // namespace search

@@ -16,6 +16,7 @@
 #include "store/Upgrade.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 
 namespace {
@@ -74,6 +75,24 @@ void keres::setTipus(const QString& tipus)
 bool keres::clientsMode() const
 {
     return ui->tipus->text().trimmed() == QLatin1String("1");
+}
+
+bool keres::Load()
+{
+    const Screens& screens = Session::instance().screens;
+    bool closed = true;
+    for (const auto* givesWay : {&screens.clientGivesWay, &screens.caseGivesWay}) {
+        if (*givesWay && !(*givesWay)(GiveWay::Close))
+            closed = false;
+    }
+    return closed;
+}
+
+bool keres::registerGivesWay() const
+{
+    const Screens& screens = Session::instance().screens;
+    const auto& givesWay = clientsMode() ? screens.clientGivesWay : screens.caseGivesWay;
+    return !givesWay || givesWay(GiveWay::Replace);
 }
 
 void keres::Activate()
@@ -135,6 +154,9 @@ void keres::g1_Click()
 {
     if (!jogos(8, this))
         return;
+    // An entry in progress on the register screen is answered for before anything changes.
+    if (!registerGivesWay())
+        return;
     for (QLineEdit* filter : {ui->ker1, ui->ker2, ui->ker3, ui->ker4, ui->ker5})
         filter->clear();
     szukites();
@@ -148,6 +170,14 @@ void keres::g1_Click()
 void keres::g2_Click()
 {
     close();
+}
+
+void keres::closeEvent(QCloseEvent* e)
+{
+    // However the screen is closed (Bezár or the window's close box), the main menu comes
+    // back. It is shown before this window goes, so the program is never left without a
+    // window, which would end it without the exit question.
+    QWidget::closeEvent(e);
     if (const auto& menu = Session::instance().screens.showMainMenu)
         menu();
 }
@@ -162,6 +192,9 @@ void keres::DataGrid1_RowChosen()
     const int position = m_forras->position();
     ui->jelzo->setText(QString::number(position));
     if (position == -1)
+        return;
+    // No: the register screen keeps its entry, and nothing is handed over.
+    if (!registerGivesWay())
         return;
     ui->ksorsz->setText(m_forras->value(position - 1, 0).toString());
     const ListChoice choice{ui->ksorsz->text(), m_forras->recordSource(), this};

@@ -25,6 +25,11 @@ public:
     void setTipus(const QString& tipus);
     platform::ListSource& forras() const { return *m_forras; }
 
+    // Loading, when the main menu opens the screen (run once it is shown): the client and case
+    // screens close, each asking about an entry in progress. False when one of them keeps its
+    // entry and stays open in front of this screen.
+    bool Load();
+
 public slots:
     // What happens each time the screen becomes active: the whole register listed again with
     // empty filters, captions and colour by mode, focus on the first filter.
@@ -40,10 +45,13 @@ public slots:
 protected:
     bool event(QEvent* e) override;
     void showEvent(QShowEvent* e) override;
+    void closeEvent(QCloseEvent* e) override;
     bool eventFilter(QObject* watched, QEvent* e) override;
 
 private:
     bool clientsMode() const;
+    // Whether the register screen of the mode makes room for another row or a new record.
+    bool registerGivesWay() const;
     void oszlopok();
     void showList(const platform::ListQuery& list);
     void keltezes();

@@ -18,6 +18,16 @@ struct ListChoice
     QWidget* search = nullptr;
 };
 
+// How an open register screen (client or case) is to make room for the search screen.
+enum class GiveWay {
+    // The search screen is loaded: the register screen closes as its Bezár does. An entry in
+    // progress asks "ments"; Yes drops the entry.
+    Close,
+    // Another row or a new record is to be shown in it. An entry in progress asks "ments"; Yes
+    // saves the entry first (a save that fails keeps it).
+    Replace,
+};
+
 // Where the screens of the subsystems plug in. The program wires these once at start; a slot
 // left empty makes its command do nothing beyond its rights test.
 struct Screens
@@ -39,6 +49,11 @@ struct Screens
     std::function<void(const ListChoice&)> newClient;
     std::function<void(const ListChoice&)> showCase;
     std::function<void(const ListChoice&)> newCase;
+    // Asked by the search screen before it closes the client (case) screen or shows another row
+    // or a new record in it. True when the screen is gone or may be replaced, or none is open;
+    // false when it stays as it is, with its entry, in front.
+    std::function<bool(GiveWay)> clientGivesWay;
+    std::function<bool(GiveWay)> caseGivesWay;
 };
 
 // The state of the one running session: who is logged in, what he may do, which language he

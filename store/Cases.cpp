@@ -68,8 +68,10 @@ platform::ListQuery Cases::list()
             " ellugyvhely, ellugyvutca, ellugyvirsz, ellugyvtel1, ellugyvtel2, ellugyvfax,"
             " ellugyvemail, feljegyzes");
     q.from = QStringLiteral("ugyek INNER JOIN ugyfelek ON ugyek.ugyfelkod = ugyfelek.ukod");
-    // The stored numeric value of the number, read in order from its index, then the text.
-    q.order = QStringList{QStringLiteral("ugyek.ugyszamertek"), QStringLiteral("ugyek.ugyszam")};
+    // The stored numeric value of the number, read in order from its index, then the text with
+    // letter case ignored ("11/a" before "11/B"), as the index holds it.
+    q.order = QStringList{QStringLiteral("ugyek.ugyszamertek"),
+                          QStringLiteral("ugyek.ugyszam COLLATE NOCASE")};
     return q;
 }
 

@@ -33,8 +33,8 @@ public:
     // Deletes the case of that number (its sub-numbers stay); Gone when it was not there.
     Written remove(const QString& ugyszam);
 
-    // Every case with its client, in the order of the number's value and then its text, and
-    // the same narrowed by the filters.
+    // Every case with its client, in the order of the number's value and then its text (letter
+    // case ignored), and the same narrowed by the filters.
     static platform::ListQuery list();
     static platform::ListQuery list(const CaseFilter& filter);
 

@@ -89,8 +89,10 @@ QString caseNumberValueColumn()
 
 QString caseOrderIndex()
 {
+    // Written as the engine keeps it in sqlite_master, so the start-up upgrade can tell an
+    // index of an older definition by its text.
     return QStringLiteral(
-            "CREATE INDEX IF NOT EXISTS ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)");
+            "CREATE INDEX ugyek_sorrend ON ugyek (ugyszamertek, ugyszam COLLATE NOCASE)");
 }
 
 QString clientOrderIndex()

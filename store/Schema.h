@@ -14,9 +14,10 @@ QStringList schemaStatements();
 // Creates every table of a new, empty database. Returns false with the engine's text.
 bool createSchema(platform::Database& db, QString* error);
 
-// Case lists are ordered by the numeric value of the case number, then by its text. The value
-// is a generated column (SQLite's own CAST, so the sqlite3 tool still reads the file) with an
-// index over both, so the whole list comes in order without sorting 200,000 rows each time.
+// Case lists are ordered by the numeric value of the case number, then by its text with letter
+// case ignored (as the number's unique key compares it, so the order is total). The value is a
+// generated column (SQLite's own CAST, so the sqlite3 tool still reads the file) with an index
+// over both, so the whole list comes in order without sorting 200,000 rows each time.
 QString caseNumberValueColumn();
 QString caseOrderIndex();
 

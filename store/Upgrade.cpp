@@ -48,6 +48,28 @@ void fillCaptions(platform::Database& db, const QString& key,
     }
 }
 
+// The index that serves the case list's order: made where it is missing, made anew where an
+// older version defined it otherwise. The definition is looked at first, so that a current
+// file is not locked at every start, and again under the write lock, in case another
+// workstation has just made it.
+void updateCaseOrderIndex(platform::Database& db)
+{
+    const QString lookup = QStringLiteral(
+            "SELECT sql FROM sqlite_master WHERE type = 'index' AND name = 'ugyek_sorrend'");
+    if (db.first(lookup).text(QStringLiteral("sql")) == caseOrderIndex())
+        return;
+    platform::Transaction t(db);
+    if (!t.isActive())
+        return;
+    const platform::Row existing = db.first(lookup);
+    if (existing.text(QStringLiteral("sql")) == caseOrderIndex())
+        return;
+    if (!existing.isEmpty() && !db.exec(QStringLiteral("DROP INDEX ugyek_sorrend")))
+        return;
+    if (db.exec(caseOrderIndex()))
+        t.commit();
+}
+
 } // namespace
 
 void fillClientSortKeys(platform::Database& db)
@@ -128,7 +150,7 @@ void adatfrissites(platform::Database& db)
                 .toInt()
         == 0)
         db.exec(QStringLiteral("ALTER TABLE ugyek ADD COLUMN ") + caseNumberValueColumn());
-    db.exec(caseOrderIndex());
+    updateCaseOrderIndex(db);
 
     // The sort key of client names, and keys for rows written without one (by another tool,
     // or before the key existed).

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
+#include <QVBoxLayout>
 
 class tst_comboautocomplete : public QObject
 {
@@ -49,6 +50,68 @@ private slots:
         QTEST(complete->foundIndex(), "found");
         QCOMPARE(complete->noMatch(), complete->foundIndex() < 0);
         box.hidePopup();
+    }
+    // Tab and Enter take the highlighted entry from the open list, close it and go on to the
+    // next field, as they do in a text field; Shift+Tab goes back.
+    void leavingTakesTheHighlightedEntry_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("downs"); // arrow presses in the open list
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<int>("found");
+        QTest::addColumn<QString>("focus");
+        const auto row
+                = [](const char* name, QString typed, int downs, Qt::Key key,
+                     Qt::KeyboardModifiers modifiers, QString shown, int found, QString focus) {
+                      QTest::newRow(name) << typed << downs << int(key) << int(modifiers) << shown
+                                          << found << focus;
+                  };
+        row("Tab", "n", 0, Qt::Key_Tab, {}, "Nagy-Britannia", 1, "after");
+        row("Enter", "n", 0, Qt::Key_Return, {}, "Nagy-Britannia", 1, "after");
+        row("keypad Enter", "né", 0, Qt::Key_Enter, Qt::KeypadModifier, "Németország", 2, "after");
+        row("arrow, then Tab", "n", 1, Qt::Key_Tab, {}, "Németország", 2, "after");
+        row("Shift+Tab", "n", 0, Qt::Key_Backtab, Qt::ShiftModifier, "Nagy-Britannia", 1, "before");
+        row("no match, Enter keeps the typed text", "nx", 0, Qt::Key_Return, {}, "Nx", -1, "after");
+    }
+    void leavingTakesTheHighlightedEntry()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, downs);
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QWidget window;
+        auto* before = new QLineEdit;
+        auto* box = new QComboBox;
+        auto* after = new QLineEdit;
+        before->setObjectName("before");
+        after->setObjectName("after");
+        auto* layout = new QVBoxLayout(&window);
+        for (QWidget* w : std::initializer_list<QWidget*>{before, box, after})
+            layout->addWidget(w);
+        auto* complete = new clients::ComboAutoComplete(box);
+        box->addItems({"Ausztria", "Nagy-Britannia", "Németország"});
+        box->clearEditText();
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        box->setFocus();
+        for (const QChar c : typed) {
+            QWidget* target = box->view()->isVisible() ? box->view() : static_cast<QWidget*>(box);
+            QTest::sendKeyEvent(QTest::Click, target, Qt::Key(c.toUpper().unicode()), QString(c),
+                                {});
+        }
+        QVERIFY(box->view()->isVisible());
+        for (int i = 0; i < downs; ++i)
+            QTest::keyClick(box->view(), Qt::Key_Down);
+        QTest::keyClick(box->view(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+
+        QVERIFY(!box->view()->isVisible());
+        QTEST(box->currentText(), "shown");
+        QTEST(box->currentIndex(), "found");
+        QTEST(complete->foundIndex(), "found");
+        QTEST(window.focusWidget()->objectName(), "focus");
     }
 };
 

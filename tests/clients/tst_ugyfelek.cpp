@@ -3,6 +3,8 @@
 #include "clients/Install.h"
 #include "clients/Ugyfelek.h"
 #include "locale/Uzenet.h"
+#include "search/Install.h"
+#include "search/keres.h"
 #include "session/Session.h"
 #include "store/Clients.h"
 
@@ -11,7 +13,10 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
 #include <QTest>
+#include <QWheelEvent>
 
 using clients::Ugyfelek;
 
@@ -84,7 +89,7 @@ private slots:
     void cleanup()
     {
         for (QWidget* w : QApplication::topLevelWidgets())
-            if (qobject_cast<Ugyfelek*>(w))
+            if (qobject_cast<Ugyfelek*>(w) || qobject_cast<keres*>(w))
                 w->deleteLater();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         m_folder.reset();
@@ -209,6 +214,32 @@ private slots:
         QVERIFY(field("nev1")->isReadOnly() && !button("g5")->isEnabled());
         QVERIFY(!stored("15").isEmpty());
     }
+    // A shown client's country box is locked like its text fields: the mouse wheel or the
+    // arrow keys leave it, so a change and save that follow store the country it showed.
+    void lockedCountryTakesNoChange_data()
+    {
+        QTest::addColumn<bool>("wheel");
+        QTest::newRow("mouse wheel") << true;
+        QTest::newRow("arrow key") << false;
+    }
+    void lockedCountryTakesNoChange()
+    {
+        QFETCH(bool, wheel);
+        open("15");
+        orszag()->setFocus();
+        if (wheel) {
+            const QPointF at(orszag()->width() / 2, orszag()->height() / 2);
+            QWheelEvent turn(at, orszag()->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton,
+                             Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(orszag(), &turn);
+        } else {
+            QTest::keyClick(orszag(), Qt::Key_Down);
+        }
+        QCOMPARE(orszag()->currentText(), QString("Magyarország"));
+        click("g4");
+        click("g5");
+        QCOMPARE(stored("15").text("uorszag"), QString("Magyarország"));
+    }
     void activatingKeepsEachCountryOnce()
     {
         open("16");
@@ -217,6 +248,73 @@ private slots:
             screen()->Activate();
         QCOMPARE(orszag()->count(), db().scalar("select count(*) from orszagok").toInt());
         QCOMPARE(orszag()->currentText(), QString("Ausztria"));
+    }
+    // Back on the search screen with an entry in progress, choosing another row or Új, or
+    // opening the search screen anew from the menu, asks "ments" ("close without saving?")
+    // first. No keeps the entry on screen; Yes drops it, as Bezár does.
+    void theSearchScreenAsksBeforeAnEntryGoes_data()
+    {
+        QTest::addColumn<QString>("gesture");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("kept");
+        QTest::addColumn<bool>("saved");
+        const int yes = platform::AnswerYes, no = platform::AnswerNo;
+        QTest::newRow("another row, No") << "row" << no << true << false;
+        QTest::newRow("another row, Yes drops") << "row" << yes << false << false;
+        QTest::newRow("new client, No") << "new" << no << true << false;
+        QTest::newRow("new client, Yes drops") << "new" << yes << false << false;
+        QTest::newRow("search opened anew, No") << "reopen" << no << true << false;
+        QTest::newRow("search opened anew, Yes drops") << "reopen" << yes << false << false;
+    }
+    void theSearchScreenAsksBeforeAnEntryGoes()
+    {
+        QFETCH(QString, gesture);
+        QFETCH(int, answer);
+        QFETCH(bool, kept);
+        QFETCH(bool, saved);
+        Screens& screens = Session::instance().screens;
+        search::install(screens);
+        screens.showSearch("1");
+        keres* search = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* k = qobject_cast<keres*>(w); k && k->isVisible())
+                search = k;
+        QVERIFY(search);
+        const auto choose = [search](const QString& name) {
+            auto* ker1 = search->findChild<QLineEdit*>("ker1");
+            ker1->setText(name);
+            QTest::keyClick(ker1, Qt::Key_Return);
+            QTest::keyClick(search->findChild<QTableView*>("DataGrid1"), Qt::Key_Return);
+        };
+        choose("Farkas");
+        Ugyfelek* first = screen();
+        QVERIFY(first);
+        click("g4");
+        type(field("nev2"), "Második sor");
+
+        testsupport::MessageRecorder boxes;
+        boxes.answer(answer);
+        if (gesture == "row") {
+            choose("Huber");
+        } else if (gesture == "new") {
+            QTest::mouseClick(search->findChild<QPushButton*>("g1"), Qt::LeftButton);
+        } else {
+            search->close();
+            screens.showSearch("2");
+        }
+        QCOMPARE(boxes.texts(), texts({"ments"}));
+        QCOMPARE(stored("15").text("unev2"), saved ? QString("Második sor") : QString());
+        QVERIFY(search->isVisible());
+        if (kept) {
+            QCOMPARE(screen(), first);
+            QCOMPARE(field("nev2")->text(), QString("Második sor"));
+            QVERIFY(button("g5")->isEnabled());
+        } else if (gesture == "reopen") {
+            QVERIFY(!screen());
+        } else {
+            QVERIFY(screen() && screen() != first);
+            QCOMPARE(field("nev1")->text(), gesture == "row" ? QString("Huber GmbH") : QString());
+        }
     }
     void newClientForTheCaseScreen()
     {

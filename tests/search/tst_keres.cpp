@@ -4,11 +4,15 @@
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/ListSource.h"
+#include "search/Install.h"
 #include "session/Session.h"
 
+#include <optional>
+#include <QApplication>
 #include <QHeaderView>
 #include <QTableView>
-#include <optional>
+#include <QTimer>
+#include <QWindow>
 
 // The values of one column of the list, from the top.
 static QStringList column(Screen& s, const QString& name)
@@ -107,8 +111,12 @@ private slots:
     }
     void caseNumberOrderAndDateFilter()
     {
+        // After the number's value, its text decides with letter case ignored.
+        addCase(m_folder->db(), "10/b", m_ids["CD Kft."]);
+        addCase(m_folder->db(), "10/C", m_ids["CD Kft."]);
+        const QStringList all{"9", "10", "10/A", "10/b", "10/C", "11", "100"};
         Screen s("2");
-        QCOMPARE(column(s, "ugyszam"), (QStringList{"9", "10", "10/A", "11", "100"}));
+        QCOMPARE(column(s, "ugyszam"), all);
         s.type("ker5", "2007");
         QCOMPARE(s.field("ker5")->text(), QString("2007."));
         s.type("ker5", "1x0"); // a letter is taken back
@@ -126,7 +134,7 @@ private slots:
         QCOMPARE(column(s, "ugyszam"), QStringList{"10"});
         s.field("ker5")->setText("2007.1"); // not a year, month or day: ignored
         s.search("ker5", "");
-        QCOMPARE(column(s, "ugyszam"), (QStringList{"9", "10", "10/A", "11", "100"}));
+        QCOMPARE(column(s, "ugyszam"), all);
     }
     void gridColumnsByModeAndLanguage_data()
     {
@@ -194,6 +202,78 @@ private slots:
         const ListChoice handed = (tipus == "1" ? clients : cases).value(0); // screen by mode
         QCOMPARE(handed.key, key);
         QCOMPARE(handed.search, key.isEmpty() ? nullptr : &s.w);
+    }
+    // The register screen of the mode is asked before a chosen row or a new record takes its
+    // place; one that keeps its entry is handed nothing. Loading the screen asks both register
+    // screens to close, and shows the list whatever they answer.
+    void registerScreensAreAskedToGiveWay_data()
+    {
+        QTest::addColumn<QString>("tipus");
+        QTest::addColumn<QString>("command"); // g4 a chosen row, g1 a new record, "" loading
+        QTest::addColumn<bool>("givesWay");
+        QTest::addColumn<QStringList>("asked");
+        const auto row = [](const char* name, QString tipus, QString command, bool givesWay,
+                            QStringList asked) {
+            QTest::addRow("%s, %s", name, givesWay ? "gives way" : "keeps its entry")
+                    << tipus << command << givesWay << asked;
+        };
+        for (const bool givesWay : {true, false}) {
+            row("client row", "1", "g4", givesWay, {"client replace"});
+            row("new case", "2", "g1", givesWay, {"case replace"});
+            row("loading", "2", "", givesWay, {"client close", "case close"});
+        }
+    }
+    void registerScreensAreAskedToGiveWay()
+    {
+        QFETCH(QString, tipus);
+        QFETCH(QString, command);
+        QFETCH(bool, givesWay);
+        QStringList asked;
+        QList<ListChoice> handed;
+        Screens& screens = Session::instance().screens;
+        const auto answer = [&](const QString& screen) {
+            return [&, screen](GiveWay how) {
+                asked << screen + (how == GiveWay::Close ? " close" : " replace");
+                return givesWay;
+            };
+        };
+        screens.clientGivesWay = answer("client");
+        screens.caseGivesWay = answer("case");
+        const auto hand = [&](const ListChoice& c) { handed << c; };
+        screens.showClient = screens.newClient = screens.showCase = screens.newCase = hand;
+        if (command.isEmpty()) {
+            search::install(screens);
+            screens.showSearch(tipus);
+            std::unique_ptr<keres> shown;
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (auto* k = qobject_cast<keres*>(w))
+                    shown.reset(k);
+            QVERIFY(shown && shown->isVisible());
+            screens.showSearch("1"); // shown already: only listed anew
+        } else {
+            Screen s(tipus);
+            s.click(command.toLatin1());
+            QCOMPARE(handed.size(), givesWay ? 1 : 0);
+        }
+        QTEST(asked, "asked");
+    }
+    // The window's close box is Bezár: the main menu comes back, and the program goes on.
+    void closeBoxReturnsToTheMenu()
+    {
+        QWidget menu; // hidden while the search screen is open, as the main menu is
+        Session::instance().screens.showMainMenu = [&] { menu.show(); };
+        Screen s("1");
+        // Running as the program runs, where closing the last window would end it.
+        bool running = false;
+        QObject thisTest;
+        QTimer::singleShot(0, &s.w, [&] { s.w.windowHandle()->close(); });
+        QTimer::singleShot(200, &thisTest, [&] {
+            running = true;
+            QCoreApplication::quit();
+        });
+        QApplication::exec();
+        QVERIFY(running);
+        QVERIFY(!s.w.isVisible());
     }
     void newRecordNeedsRightEight()
     {
