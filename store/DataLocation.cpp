@@ -3,6 +3,7 @@
 #include "platform/Display.h"
 #include "platform/Messages.h"
 #include "session/Session.h"
+#include "store/Access.h"
 #include "store/Credentials.h"
 #include "store/ErrorLog.h"
 #include "store/Prepare.h"
@@ -115,8 +116,8 @@ bool adatmegnyitas()
     session.workgroupFilePath = workgroupPath;
     QString error;
     platform::Database& db = session.database;
-    if (!db.open(session.dataFilePath, session.workgroupFilePath, databaseAccount(),
-                 databasePassword(), connectText(), &error)) {
+    if (!openDataFile(db, session.dataFilePath, session.workgroupFilePath, databaseAccount(),
+                      databasePassword(), connectText(), &error)) {
         startupFailure(db.lastFailure(), session.dataFilePath, error);
         return false;
     }
