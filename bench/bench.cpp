@@ -68,7 +68,7 @@ int main(int argc, char** argv)
     if (!ini.open(QIODevice::WriteOnly) || ini.write(store::settingsLine(folder).toLocal8Bit()) < 0)
         return 1;
     ini.close();
-    if (!store::adatmegnyitas()) {
+    if (!Session::instance().start()) {
         err << "the data folder did not open\n";
         return 1;
     }

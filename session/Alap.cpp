@@ -6,7 +6,6 @@
 #include "session/Jog.h"
 #include "session/Login.h"
 #include "session/Session.h"
-#include "store/DataLocation.h"
 #include "ui_Alap.h"
 
 #include <QCloseEvent>
@@ -87,7 +86,7 @@ Alap::~Alap()
 
 bool Alap::load()
 {
-    if (!store::adatmegnyitas())
+    if (!Session::instance().start())
         return false;
     const QLocale locale = QLocale::system();
     setPanelText(2, locale.toString(QDate::currentDate(), QLocale::ShortFormat));

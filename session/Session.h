@@ -22,6 +22,11 @@ public:
     platform::Database database;
     Screens screens;
 
+    // The start-up open: the database named by jog.ini, and the starting values of the session
+    // (files, language, rights, default lawyer). False when the program has to end; every
+    // message has been shown by then.
+    bool start();
+
     // True when the character at position (counting from 1) of the rights string is "1".
     bool hasRight(int position) const;
 
