@@ -28,6 +28,9 @@ struct Confirmed
     {
         QFile f(path);
         QVERIFY(f.open(QIODevice::ReadOnly));
+        // The save an earlier killed run left without an outcome may have happened all the same.
+        if (!pending.isEmpty())
+            unfinished << pending;
         pending.clear();
         for (const QByteArray& bytes : f.readAll().split('\n')) {
             const QStringList fields = QString::fromUtf8(bytes).split(u'\t');
