@@ -113,7 +113,7 @@ bool writeSettings(const QString& programFolder, const QString& dataFolder)
 bool openFolder(const QString& folder, const QTemporaryDir& program)
 {
     platform::setProgramFolder(program.path());
-    if (!writeSettings(program.path(), folder) || !store::adatmegnyitas()) {
+    if (!writeSettings(program.path(), folder) || !Session::instance().start()) {
         err() << "the data folder did not open\n";
         return false;
     }

@@ -44,10 +44,10 @@ QList<Field> clientFields()
 
 QList<records::Button> clientButtons()
 {
-    return {{Role::New, "g3", 8},
-            {Role::Change, "g4", 10},
+    return {{Role::New, "g3", Right::NewRecord},
+            {Role::Change, "g4", Right::ChangeRecord},
             {Role::Save, "g5"},
-            {Role::Delete, "g6", 9},
+            {Role::Delete, "g6", Right::DeleteRecord},
             {Role::Close, "g7"}};
 }
 

@@ -9,9 +9,7 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QThread>
-#include <QCryptographicHash>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -27,9 +25,6 @@ namespace platform {
 
 namespace {
 
-// 'CAUS' and 'CAUJ': marks that tell a Causora data file and account file from other files.
-constexpr int dataFileId = 0x43415553;
-constexpr int accountFileId = 0x4341554A;
 std::atomic<int> defaultBusyWaitMs{5000};
 
 QString nextConnectionName()
@@ -87,16 +82,6 @@ bool allowed(const QString& path, int mode)
     return (st.st_mode & bits) != 0;
 }
 
-// True when the file starts as every SQLite database does (an empty file is a new one).
-bool looksLikeDatabase(const QString& path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray head = f.read(16);
-    return head.isEmpty() || head == QByteArray("SQLite format 3", 16);
-}
-
 // Keeps the windows painted while a step waits for another workstation's lock. Input is left
 // in the queue, so nothing the user does runs in the middle of the step.
 void keepPainting()
@@ -104,20 +89,6 @@ void keepPainting()
     if (QCoreApplication::instance()
         && QThread::currentThread() == QCoreApplication::instance()->thread())
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 20);
-}
-
-QString passwordHash(const QString& salt, const QString& password)
-{
-    return QString::fromLatin1(
-            QCryptographicHash::hash((salt + password).toUtf8(), QCryptographicHash::Sha256)
-                    .toHex());
-}
-
-QString newSalt()
-{
-    quint64 a = QRandomGenerator::system()->generate64();
-    quint64 b = QRandomGenerator::system()->generate64();
-    return QString::number(a, 16) + QString::number(b, 16);
 }
 
 Row rowOf(const QSqlQuery& q)
@@ -133,49 +104,6 @@ Row rowOf(const QSqlQuery& q)
     }
     return Row(names, values);
 }
-
-// A throw-away native connection, for checking a file before the real connection opens.
-class RawFile
-{
-public:
-    RawFile(const QString& path, int flags)
-    {
-        m_rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &m_db, flags, nullptr);
-        if (m_rc == SQLITE_OK)
-            sqlite3_busy_timeout(m_db, defaultBusyWaitMs.load());
-    }
-    ~RawFile() { sqlite3_close(m_db); }
-    bool ok() const { return m_rc == SQLITE_OK; }
-    QString error() const { return QString::fromUtf8(sqlite3_errmsg(m_db)); }
-    // The failure behind the last error.
-    Failure failure() const { return failureOfCode(sqlite3_errcode(m_db)); }
-    // Runs a query of one text/int column; returns false on an engine error.
-    bool query(const char* sql, const QString& bind, QStringList* out)
-    {
-        sqlite3_stmt* st = nullptr;
-        if (sqlite3_prepare_v2(m_db, sql, -1, &st, nullptr) != SQLITE_OK) {
-            sqlite3_finalize(st);
-            return false;
-        }
-        if (!bind.isNull()) {
-            const QByteArray b = bind.toUtf8();
-            sqlite3_bind_text(st, 1, b.constData(), int(b.size()), SQLITE_TRANSIENT);
-        }
-        int rc;
-        while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-            for (int i = 0; i < sqlite3_column_count(st); ++i)
-                *out << QString::fromUtf8(
-                        reinterpret_cast<const char*>(sqlite3_column_text(st, i)));
-        }
-        sqlite3_finalize(st);
-        return rc == SQLITE_DONE;
-    }
-    sqlite3* handle() const { return m_db; }
-
-private:
-    sqlite3* m_db = nullptr;
-    int m_rc = SQLITE_ERROR;
-};
 
 } // namespace
 
@@ -198,14 +126,6 @@ int Row::indexOf(const QString& name) const
 // --- engine texts ---
 
 namespace EngineError {
-QString accountOrPassword()
-{
-    return QStringLiteral("Not a valid account name or password.");
-}
-QString databasePassword()
-{
-    return QStringLiteral("Not a valid password.");
-}
 QString unrecognized(const QString& path)
 {
     return QStringLiteral("Unrecognized database format '%1'.").arg(path);
@@ -316,6 +236,12 @@ bool Database::failOn(const QSqlError& e, QString* error) const
     return fail(ok ? failureOfCode(code) : Failure::Other, errorText(e), error);
 }
 
+bool Database::refuse(Failure failure, const QString& text, QString* error)
+{
+    close();
+    return fail(failure, text, error);
+}
+
 Failure Database::failureOf(const QSqlError& e) const
 {
     failOn(e, nullptr);
@@ -395,85 +321,6 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
     m_readOnly = readOnly;
     m_failure = Failure::None;
     return true;
-}
-
-bool Database::open(const QString& dataFile, const QString& accountFile, const QString& account,
-                    const QString& accountPassword, const QString& connect, QString* error)
-{
-    close();
-    if (!QFileInfo::exists(accountFile))
-        return fail(Failure::Missing, EngineError::missingFile(accountFile), error);
-    if (!QFileInfo::exists(dataFile))
-        return fail(Failure::Missing, EngineError::missingFile(dataFile), error);
-    const QString folder = QFileInfo(dataFile).absolutePath();
-    if (!allowed(dataFile, R_OK) || !allowed(folder, X_OK) || !allowed(accountFile, R_OK))
-        return fail(Failure::Unreadable, EngineError::unreadable(dataFile), error);
-    // A file nobody may write, or one in a folder where the engine cannot keep its journal,
-    // is opened for reading; the program then refuses every change before it starts.
-    const bool readOnly = !allowed(dataFile, W_OK) || !allowed(folder, W_OK);
-
-    // The account file: the account and its password.
-    {
-        RawFile f(accountFile, SQLITE_OPEN_READONLY);
-        QStringList id;
-        if (!f.ok() || !f.query("PRAGMA application_id", QString(), &id)) {
-            const Failure why = f.ok() ? f.failure() : Failure::NotCausora;
-            if (why == Failure::Busy)
-                return fail(why, EngineError::locked(accountFile), error);
-            return fail(Failure::NotCausora, EngineError::unrecognized(accountFile), error);
-        }
-        if (id.value(0).toInt() != accountFileId)
-            return fail(Failure::NotCausora, EngineError::unrecognized(accountFile), error);
-        QStringList acc;
-        if (!f.query("SELECT so, hash FROM fiokok WHERE nev = ?", account, &acc))
-            return fail(f.failure(), f.error(), error);
-        if (acc.size() < 2 || passwordHash(acc.at(0), accountPassword) != acc.at(1))
-            return fail(Failure::Refused, EngineError::accountOrPassword(), error);
-    }
-
-    // The data file: a Causora database, and the password of the connect text.
-    if (!looksLikeDatabase(dataFile))
-        return fail(Failure::NotCausora, EngineError::unrecognized(dataFile), error);
-    QString dbPassword;
-    const QRegularExpression pwd(QStringLiteral("(?:^|;)\\s*pwd=([^;]*)"),
-                                 QRegularExpression::CaseInsensitiveOption);
-    const auto m = pwd.match(connect);
-    if (m.hasMatch())
-        dbPassword = m.captured(1);
-    {
-        // Opened for writing where the file may be written: a journal left by a workstation
-        // that stopped in the middle of a save is then rolled back by the first read, as the
-        // engine does for whoever opens the file next. A reading connection cannot roll it
-        // back and is refused.
-        RawFile f(dataFile, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
-        // What stops the first reads tells a lock, damage and a foreign file apart.
-        auto refused = [&](const QString& text) {
-            const Failure why = f.ok() ? f.failure() : Failure::Other;
-            switch (why) {
-            case Failure::Busy:
-                return fail(why, EngineError::locked(dataFile), error);
-            case Failure::Damaged:
-                return fail(why, f.error(), error);
-            case Failure::Unreadable:
-                return fail(why, EngineError::unreadable(dataFile), error);
-            default:
-                return fail(Failure::NotCausora, text, error);
-            }
-        };
-        QStringList id;
-        if (!f.ok() || !f.query("PRAGMA application_id", QString(), &id))
-            return refused(EngineError::unrecognized(dataFile));
-        if (id.value(0).toInt() != dataFileId)
-            return fail(Failure::NotCausora, EngineError::unrecognized(dataFile), error);
-        QStringList check;
-        if (!f.query("SELECT so, hash FROM vedelem", QString(), &check))
-            return refused(EngineError::unrecognized(dataFile));
-        if (check.size() < 2)
-            return fail(Failure::NotCausora, EngineError::unrecognized(dataFile), error);
-        if (passwordHash(check.at(0), dbPassword) != check.at(1))
-            return fail(Failure::Refused, EngineError::databasePassword(), error);
-    }
-    return openConnection(dataFile, readOnly, true, error);
 }
 
 bool Database::openForReading(const QString& dataFile, QString* error)
@@ -818,58 +665,116 @@ bool NewRow::update(QString* error)
     return true;
 }
 
-// --- set-up of new files ---
+// --- files before they are opened ---
 
-bool createAccountFile(const QString& path, const QString& account, const QString& password,
-                       QString* error)
+FileAccess fileAccess(const QString& path)
 {
-    RawFile f(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    if (!f.ok()) {
-        if (error)
-            *error = f.error();
+    FileAccess a;
+    a.exists = QFileInfo::exists(path);
+    if (!a.exists)
+        return a;
+    const QString folder = QFileInfo(path).absolutePath();
+    a.readable = allowed(path, R_OK) && allowed(folder, X_OK);
+    a.writable = allowed(path, W_OK) && allowed(folder, W_OK);
+    return a;
+}
+
+bool looksLikeDatabase(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
         return false;
-    }
-    const QString salt = newSalt();
-    const QByteArray sql = QStringLiteral(
-            "PRAGMA application_id = %1;"
-            "CREATE TABLE IF NOT EXISTS fiokok (nev TEXT(50) NOT NULL, so TEXT(40), hash TEXT(64));"
-            "DELETE FROM fiokok;")
-            .arg(accountFileId).toUtf8();
-    char* msg = nullptr;
-    if (sqlite3_exec(f.handle(), sql.constData(), nullptr, nullptr, &msg) != SQLITE_OK) {
-        if (error)
-            *error = QString::fromUtf8(msg);
-        sqlite3_free(msg);
+    const QByteArray head = f.read(16);
+    return head.isEmpty() || head == QByteArray("SQLite format 3", 16);
+}
+
+FileLook::FileLook(const QString& path, bool writable)
+{
+    const int flags = writable ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
+    m_open = sqlite3_open_v2(QFile::encodeName(path).constData(), &m_db, flags, nullptr)
+            == SQLITE_OK;
+    if (m_open)
+        sqlite3_busy_timeout(m_db, defaultBusyWaitMs.load());
+}
+
+FileLook::~FileLook()
+{
+    sqlite3_close(m_db);
+}
+
+Failure FileLook::failure() const
+{
+    return m_db ? failureOfCode(sqlite3_errcode(m_db)) : Failure::Other;
+}
+
+QString FileLook::errorText() const
+{
+    return QString::fromUtf8(sqlite3_errmsg(m_db));
+}
+
+bool FileLook::select(const QString& sql, const QVariantList& params, Rows* rows)
+{
+    rows->clear();
+    if (!m_open)
         return false;
-    }
     sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(f.handle(), "INSERT INTO fiokok (nev, so, hash) VALUES (?, ?, ?)", -1, &st,
-                       nullptr);
-    const QByteArray a = account.toUtf8();
-    const QByteArray s = salt.toUtf8();
-    const QByteArray h = passwordHash(salt, password).toUtf8();
-    sqlite3_bind_text(st, 1, a.constData(), int(a.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_text(st, 2, s.constData(), int(s.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_text(st, 3, h.constData(), int(h.size()), SQLITE_TRANSIENT);
-    const int rc = sqlite3_step(st);
+    if (sqlite3_prepare_v2(m_db, sql.toUtf8().constData(), -1, &st, nullptr) != SQLITE_OK) {
+        sqlite3_finalize(st);
+        return false;
+    }
+    for (int i = 0; i < params.size(); ++i) {
+        const QVariant& v = params.at(i);
+        if (v.isNull()) {
+            sqlite3_bind_null(st, i + 1);
+        } else if (v.typeId() == QMetaType::Int || v.typeId() == QMetaType::LongLong
+                   || v.typeId() == QMetaType::Bool) {
+            sqlite3_bind_int64(st, i + 1, v.toLongLong());
+        } else if (v.typeId() == QMetaType::Double) {
+            sqlite3_bind_double(st, i + 1, v.toDouble());
+        } else if (v.typeId() == QMetaType::QByteArray) {
+            const QByteArray b = v.toByteArray();
+            sqlite3_bind_blob(st, i + 1, b.constData(), int(b.size()), SQLITE_TRANSIENT);
+        } else {
+            const QByteArray b = v.toString().toUtf8();
+            sqlite3_bind_text(st, i + 1, b.constData(), int(b.size()), SQLITE_TRANSIENT);
+        }
+    }
+    QStringList names;
+    for (int c = 0; c < sqlite3_column_count(st); ++c)
+        names << QString::fromUtf8(sqlite3_column_name(st, c));
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        QVariantList values;
+        for (int c = 0; c < names.size(); ++c) {
+            switch (sqlite3_column_type(st, c)) {
+            case SQLITE_INTEGER:
+                values << QVariant(qlonglong(sqlite3_column_int64(st, c)));
+                break;
+            case SQLITE_FLOAT:
+                values << QVariant(sqlite3_column_double(st, c));
+                break;
+            case SQLITE_NULL:
+                values << QVariant();
+                break;
+            case SQLITE_BLOB:
+                values << QVariant(QByteArray(static_cast<const char*>(sqlite3_column_blob(st, c)),
+                                              sqlite3_column_bytes(st, c)));
+                break;
+            default:
+                values << QVariant(
+                        QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, c)),
+                                          sqlite3_column_bytes(st, c)));
+                break;
+            }
+        }
+        rows->push_back(Row(names, values));
+    }
     sqlite3_finalize(st);
     if (rc != SQLITE_DONE) {
-        if (error)
-            *error = f.error();
+        rows->clear();
         return false;
     }
     return true;
-}
-
-bool setDatabasePassword(Database& db, const QString& password, QString* error)
-{
-    const QString salt = newSalt();
-    return db.exec(QStringLiteral("PRAGMA application_id = %1").arg(dataFileId), {}, error)
-            && db.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS vedelem (so TEXT(40), hash TEXT(64))"),
-                       {}, error)
-            && db.exec(QStringLiteral("DELETE FROM vedelem"), {}, error)
-            && db.exec(QStringLiteral("INSERT INTO vedelem (so, hash) VALUES (?, ?)"),
-                       {salt, passwordHash(salt, password)}, error);
 }
 
 } // namespace platform

@@ -12,6 +12,7 @@
 class QSqlDatabase;
 class QSqlError;
 class QSqlQuery;
+struct sqlite3;
 
 namespace platform {
 
@@ -79,19 +80,15 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    // Opens the data file as the database engine does: the account must be in the account
-    // file with that password, and the connect text ("pwd=...") must carry the data file's
-    // own password. On failure the engine's error text is returned and nothing is written.
-    bool open(const QString& dataFile, const QString& accountFile, const QString& account,
-              const QString& accountPassword, const QString& connect, QString* error);
-    // Opens a file without the account check, for reading only (start-up messages that are
-    // needed before the accounts can be checked, and tools).
+    // Opens an existing file for reading only; isReadOnly() then tells so.
     bool openForReading(const QString& dataFile, QString* error);
-    // Opens a file read-write without any check, on an existing file only; for tools that
-    // work on a prepared data folder.
+    // Opens an existing file read-write.
     bool openExisting(const QString& dataFile, QString* error);
-    // Opens a file read-write without any check; used when a new data folder is prepared.
+    // Opens a file read-write, making it when it is not there; used when new files are made.
     bool openUnchecked(const QString& dataFile, QString* error);
+    // Ends an open that the caller's own checks of the file refused: the database stays
+    // closed, lastFailure() tells the failure and error receives the text. Always false.
+    bool refuse(Failure failure, const QString& text, QString* error);
     void close();
     bool isOpen() const;
     QString filePath() const { return m_filePath; }
@@ -237,8 +234,6 @@ private:
 
 // Engine texts for the failures the program reports itself.
 namespace EngineError {
-QString accountOrPassword();
-QString databasePassword();
 QString unrecognized(const QString& path);
 QString missingFile(const QString& path);
 QString relatedRecords(const QString& table);
@@ -250,16 +245,51 @@ QString locked(const QString& path);
 QString unreadable(const QString& path);
 } // namespace EngineError
 
+// What the file system lets the program do with a file. The permission bits count as well: a
+// file they let nobody read (or write) is treated so even under an account the system would
+// let through, as the office marks a file it wants left alone.
+struct FileAccess
+{
+    bool exists = false;
+    // The file may be read and its folder searched.
+    bool readable = false;
+    // The file and its folder may be written. The engine keeps its journal beside the file, so
+    // a file in a folder it may not write is one to open for reading only.
+    bool writable = false;
+};
+FileAccess fileAccess(const QString& path);
+
+// True when the file starts as every SQLite database does; an empty file counts, as a new one.
+bool looksLikeDatabase(const QString& path);
+
+// A short-lived connection of its own to an existing file, for reading a few values before the
+// session's connection opens the file, or without opening it at all. It waits for another
+// workstation's lock as long as a new connection does.
+class FileLook
+{
+public:
+    // A writable look is opened read-write: a journal that a workstation left when it stopped
+    // in the middle of a save is then rolled back by the first read, as the engine does for
+    // whoever opens the file next. A look for reading only cannot roll it back; its reads are
+    // then refused.
+    FileLook(const QString& path, bool writable);
+    ~FileLook();
+    FileLook(const FileLook&) = delete;
+    FileLook& operator=(const FileLook&) = delete;
+
+    bool isOpen() const { return m_open; }
+    // The rows of a query, values bound to ? placeholders in order. False on an engine error,
+    // which failure() and errorText() then tell.
+    bool select(const QString& sql, const QVariantList& params, Rows* rows);
+    Failure failure() const;
+    QString errorText() const;
+
+private:
+    sqlite3* m_db = nullptr;
+    bool m_open = false;
+};
 
 // The name of the office's collation: Hungarian alphabetical order, letter case ignored.
 constexpr const char* collation = "HU";
 
-} // namespace platform
-
-namespace platform {
-// Writes a new account file holding one account, and marks an open data file as a Causora
-// database with its own password. Both are used when a data folder is prepared.
-bool createAccountFile(const QString& path, const QString& account, const QString& password,
-                       QString* error);
-bool setDatabasePassword(Database& db, const QString& password, QString* error);
 } // namespace platform

@@ -233,8 +233,8 @@ bool RecordForm::isEntering() const
 bool RecordForm::allowed(Role role)
 {
     for (const Button& b : m_buttons) {
-        if (b.role == role && b.right > 0)
-            return jogos(b.right, m_screen);
+        if (b.role == role && b.right)
+            return jogos(*b.right, m_screen);
     }
     return true;
 }

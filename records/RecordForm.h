@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/Database.h"
+#include "session/Jog.h"
 
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
+#include <optional>
 
 class QAbstractButton;
 class QComboBox;
@@ -48,13 +50,13 @@ enum class Role { New, Change, Save, Delete, Close };
 
 struct Button
 {
-    Button(Role buttonRole, QString widgetName, int rightPosition = 0)
-        : role(buttonRole), widget(std::move(widgetName)), right(rightPosition)
+    Button(Role buttonRole, QString widgetName, std::optional<Right> grantedBy = std::nullopt)
+        : role(buttonRole), widget(std::move(widgetName)), right(grantedBy)
     {
     }
     Role role;
     QString widget;
-    int right = 0; // position in the rights string that grants the command; 0 for none
+    std::optional<Right> right; // the right that grants the command; none for every user
 };
 
 // The edit model shared by the record screens: one table of fields that drives loading a row,

@@ -6,7 +6,6 @@
 #include "session/Jog.h"
 #include "session/Login.h"
 #include "session/Session.h"
-#include "store/DataLocation.h"
 #include "ui_Alap.h"
 #include "version.h"
 
@@ -88,7 +87,7 @@ Alap::~Alap()
 
 bool Alap::load()
 {
-    if (!store::adatmegnyitas())
+    if (!Session::instance().start())
         return false;
     const QLocale locale = QLocale::system();
     setPanelText(2, locale.toString(QDate::currentDate(), QLocale::ShortFormat));
@@ -180,9 +179,9 @@ void Alap::mutat()
 
 // The gate, then the screen. A screen that hides the menu shows it again when it closes; a
 // screen that is not there yet leaves the menu as it is.
-void Alap::megnyit(int position, const std::function<void()>& show, bool hidesMenu)
+void Alap::megnyit(Right right, const std::function<void()>& show, bool hidesMenu)
 {
-    if (!jogos(position, this) || !show)
+    if (!jogos(right, this) || !show)
         return;
     if (hidesMenu)
         hide();
@@ -203,61 +202,66 @@ void Alap::g2_Click()
 void Alap::g3_Click()
 {
     const auto& show = Session::instance().screens.showSearch;
-    megnyit(1, show ? [show] { show(QStringLiteral("1")); } : std::function<void()>(), true);
+    megnyit(Right::ClientSearch,
+            show ? [show] { show(QStringLiteral("1")); } : std::function<void()>(), true);
 }
 
 void Alap::g4_Click()
 {
     const auto& show = Session::instance().screens.showSearch;
-    megnyit(2, show ? [show] { show(QStringLiteral("2")); } : std::function<void()>(), true);
+    megnyit(Right::CaseSearch,
+            show ? [show] { show(QStringLiteral("2")); } : std::function<void()>(), true);
 }
 
 void Alap::g5_Click()
 {
     const auto& show = Session::instance().screens.showLookupList;
-    megnyit(3, show ? [show] { show(QStringLiteral("1")); } : std::function<void()>(), false);
+    megnyit(Right::CountriesAndPostalCodes,
+            show ? [show] { show(QStringLiteral("1")); } : std::function<void()>(), false);
 }
 
 void Alap::g6_Click()
 {
     const auto& show = Session::instance().screens.showLookupList;
-    megnyit(4, show ? [show] { show(QStringLiteral("2")); } : std::function<void()>(), false);
+    megnyit(Right::CaseTypes,
+            show ? [show] { show(QStringLiteral("2")); } : std::function<void()>(), false);
 }
 
 void Alap::g7_Click()
 {
     const auto& show = Session::instance().screens.showLookupList;
-    megnyit(5, show ? [show] { show(QStringLiteral("3")); } : std::function<void()>(), false);
+    megnyit(Right::Lawyers, show ? [show] { show(QStringLiteral("3")); } : std::function<void()>(),
+            false);
 }
 
 void Alap::g8_Click()
 {
-    megnyit(6, Session::instance().screens.showUsers, false);
+    megnyit(Right::Users, Session::instance().screens.showUsers, false);
 }
 
 void Alap::g9_Click()
 {
-    megnyit(7, Session::instance().screens.showParameters, false);
+    megnyit(Right::Parameters, Session::instance().screens.showParameters, false);
 }
 
 void Alap::g10_Click()
 {
-    megnyit(3, Session::instance().screens.showPostalCodes, false);
+    megnyit(Right::CountriesAndPostalCodes, Session::instance().screens.showPostalCodes, false);
 }
 
 void Alap::g11_Click()
 {
-    megnyit(11, Session::instance().screens.showPartners, true);
+    megnyit(Right::Partners, Session::instance().screens.showPartners, true);
 }
 
 void Alap::g12_Click()
 {
-    megnyit(12, Session::instance().screens.showBackup, true);
+    megnyit(Right::BackupAndRestore, Session::instance().screens.showBackup, true);
 }
 
 void Alap::g13_Click()
 {
-    megnyit(12, Session::instance().screens.showRestore, true);
+    megnyit(Right::BackupAndRestore, Session::instance().screens.showRestore, true);
 }
 
 void Alap::felirShow()

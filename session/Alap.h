@@ -5,6 +5,7 @@
 #include <QMainWindow>
 
 class QLabel;
+enum class Right;
 
 namespace Ui {
 class Alap;
@@ -33,7 +34,7 @@ protected:
 
 private:
     void helyez();
-    void megnyit(int position, const std::function<void()>& show, bool hidesMenu);
+    void megnyit(Right right, const std::function<void()>& show, bool hidesMenu);
     void mutat();
 
     void g1_Click();

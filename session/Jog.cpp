@@ -3,6 +3,11 @@
 #include "locale/Uzenet.h"
 #include "session/Session.h"
 
+bool jogos(Right right, QWidget* parent)
+{
+    return jogos(int(right), parent);
+}
+
 bool jogos(int position, QWidget* parent)
 {
     if (Session::instance().hasRight(position))

@@ -1,5 +1,7 @@
 #include "session/Session.h"
 
+#include "store/DataLocation.h"
+
 #include <QCoreApplication>
 
 Session& Session::instance()
@@ -12,6 +14,20 @@ Session& Session::instance()
     }();
     Q_UNUSED(closesWithApplication);
     return session;
+}
+
+bool Session::start()
+{
+    store::StartValues values;
+    const bool opened = store::adatmegnyitas(database, &values);
+    userName.clear();
+    dateFormat = QStringLiteral("yyyy.mm.dd");
+    dataFilePath = values.dataFilePath;
+    workgroupFilePath = values.workgroupFilePath;
+    language = values.language;
+    rights = values.rights;
+    defaultLawyer = values.defaultLawyer;
+    return opened;
 }
 
 bool Session::hasRight(int position) const

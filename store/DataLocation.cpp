@@ -2,7 +2,7 @@
 
 #include "platform/Display.h"
 #include "platform/Messages.h"
-#include "session/Session.h"
+#include "store/Access.h"
 #include "store/Credentials.h"
 #include "store/ErrorLog.h"
 #include "store/Prepare.h"
@@ -72,9 +72,9 @@ void startupFailure(platform::Failure failure, const QString& dataFile, const QS
 
 } // namespace
 
-bool adatmegnyitas()
+bool adatmegnyitas(platform::Database& db, StartValues* start)
 {
-    Session& session = Session::instance();
+    *start = StartValues();
     const QString settingsPath = platform::programFolder() + QStringLiteral("/jog.ini");
     if (!QFileInfo::exists(settingsPath)) {
         platform::messageBox(settingsPath + QStringLiteral("    Not found "));
@@ -93,60 +93,53 @@ bool adatmegnyitas()
         return false;
     }
 
-    session.dataFilePath = folder + u'/' + dataFileName();
-    session.language = 1;
-    session.rights = QStringLiteral("00000000000000000000");
-    session.userName.clear();
-    session.dateFormat = QStringLiteral("yyyy.mm.dd");
-    session.defaultLawyer.clear();
-
-    if (!QFileInfo::exists(session.dataFilePath)) {
-        platform::messageBox(session.dataFilePath + QStringLiteral("   Not found"));
+    const QString dataFile = folder + u'/' + dataFileName();
+    start->dataFilePath = dataFile;
+    if (!QFileInfo::exists(dataFile)) {
+        platform::messageBox(dataFile + QStringLiteral("   Not found"));
         offerLocationScreen();
         return false;
     }
     const QString workgroupPath = folder + u'/' + workgroupFileName();
     if (!QFileInfo::exists(workgroupPath)) {
         platform::messageBox(workgroupPath + QStringLiteral("  ")
-                             + earlyMessage(session.dataFilePath, QStringLiteral("nincsmeg")));
+                             + earlyMessage(dataFile, QStringLiteral("nincsmeg")));
         return false;
     }
 
-    session.workgroupFilePath = workgroupPath;
+    start->workgroupFilePath = workgroupPath;
     QString error;
-    platform::Database& db = session.database;
-    if (!db.open(session.dataFilePath, session.workgroupFilePath, databaseAccount(),
-                 databasePassword(), connectText(), &error)) {
-        startupFailure(db.lastFailure(), session.dataFilePath, error);
+    if (!openDataFile(db, dataFile, workgroupPath, databaseAccount(), databasePassword(),
+                      connectText(), &error)) {
+        startupFailure(db.lastFailure(), dataFile, error);
         return false;
     }
     // A damaged file is told at once, before anything is read from it or written into it.
     if (!db.checkStructure(structureCheckBudgetMs, &error)) {
-        startupFailure(platform::Failure::Damaged, session.dataFilePath, error);
+        startupFailure(platform::Failure::Damaged, dataFile, error);
         db.close();
         return false;
     }
     if (db.isReadOnly())
         platform::messageBox(catalogueMessage(QStringLiteral("olvasomod"), 1)
-                                     + QStringLiteral("\n\n") + session.dataFilePath,
+                                     + QStringLiteral("\n\n") + dataFile,
                              platform::Notice, QStringLiteral("Causora"));
 
     adatfrissites(db);
 
     const platform::Rows lawyers = db.select(QStringLiteral("SELECT * FROM ugyvedek"));
     if (lawyers.size() == 1)
-        session.defaultLawyer = lawyers.front().text(QStringLiteral("ugyvednev"));
+        start->defaultLawyer = lawyers.front().text(QStringLiteral("ugyvednev"));
 
     const platform::Row params = db.first(QStringLiteral("SELECT * FROM parameterek"), {}, &error);
     if (params.isEmpty()) {
         startupFailure(error.isEmpty() ? platform::Failure::NotCausora : db.lastFailure(),
-                       session.dataFilePath,
-                       error.isEmpty() ? QStringLiteral("parameterek: no row") : error);
+                       dataFile, error.isEmpty() ? QStringLiteral("parameterek: no row") : error);
         db.close();
         return false;
     }
-    session.language = qint16(params.value(QStringLiteral("alapnyelv")).toInt());
-    session.rights = params.value(QStringLiteral("kelllogon")).toInt() != 0
+    start->language = qint16(params.value(QStringLiteral("alapnyelv")).toInt());
+    start->rights = params.value(QStringLiteral("kelllogon")).toInt() != 0
             ? QStringLiteral("00000000000000000000")
             : QStringLiteral("11111111111111111111");
     return true;

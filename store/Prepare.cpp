@@ -1,5 +1,6 @@
 #include "store/Prepare.h"
 
+#include "store/Access.h"
 #include "store/Credentials.h"
 #include "store/Schema.h"
 #include "version.h"
@@ -199,12 +200,12 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error)
                     && (!demo || fillDemoData(db, error))
                     && db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1)"), {},
                                error)
-                    && platform::setDatabasePassword(db, databasePassword(), error)
+                    && setDatabasePassword(db, databasePassword(), error)
                     && t.commit(error);
         }
         db.close();
     }
-    ok = ok && platform::createAccountFile(accountPath, databaseAccount(), databasePassword(), error)
+    ok = ok && createAccountFile(accountPath, databaseAccount(), databasePassword(), error)
             && QFile::rename(workPath, dataPath);
     if (!ok) {
         QFile::remove(workPath);

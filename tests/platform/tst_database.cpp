@@ -3,9 +3,9 @@
 #include "platform/Database.h"
 #include "platform/SqlFunctions.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QElapsedTimer>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -19,8 +19,6 @@ class tst_Database : public QObject
 private slots:
     void init();
     void cleanup() { m_folder.reset(); }
-    void refusesBadCredentialsAndForeignFiles_data();
-    void refusesBadCredentialsAndForeignFiles();
     void ordersAndComparesAsTheOffice();
     void valAndLeft_data();
     void valAndLeft();
@@ -29,7 +27,7 @@ private slots:
     void usedLookupEntriesCannotBeDeleted();
     void renamedLookupEntryFollowsIntoItsRows();
     void aShortLockByAnotherCopyIsWaitedFor();
-    void opensAfterAWorkstationStoppedInTheMiddleOfASave();
+    void aLookAtAFileWaitsForALockAndBindsItsValues();
 
 private:
     Database& db() { return m_folder->db(); }
@@ -46,52 +44,7 @@ private:
 void tst_Database::init()
 {
     m_folder = std::make_unique<testsupport::TestFolder>();
-    if (QTest::currentTestFunction() != QLatin1String("refusesBadCredentialsAndForeignFiles"))
-        QVERIFY(m_folder->open());
-}
-
-void tst_Database::refusesBadCredentialsAndForeignFiles_data()
-{
-    QTest::addColumn<QString>("account");
-    QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("connect");
-    QTest::addColumn<QByteArray>("fileBytes");
-    QTest::addColumn<QString>("expected");
-    const QString account = QStringLiteral("Vida Márton");
-    const QString badAccount = QStringLiteral("Not a valid account name or password.");
-    QTest::newRow("wrong account") << "Kiss Béla" << "vm4817" << "pwd=vm4817" << QByteArray() << badAccount;
-    QTest::newRow("wrong account password") << account << "vm4818" << "pwd=vm4817" << QByteArray() << badAccount;
-    QTest::newRow("wrong database password") << account << "vm4817" << "pwd=xx" << QByteArray()
-                                             << "Not a valid password.";
-    QTest::newRow("text file") << account << "vm4817" << "pwd=vm4817" << QByteArray("path=C:\\x\r\n")
-                               << "Unrecognized database format";
-    QTest::newRow("empty file") << account << "vm4817" << "pwd=vm4817" << QByteArray("")
-                                << "Unrecognized database format";
-}
-
-void tst_Database::refusesBadCredentialsAndForeignFiles()
-{
-    QFETCH(QString, account);
-    QFETCH(QString, password);
-    QFETCH(QString, connect);
-    QFETCH(QByteArray, fileBytes);
-    QFETCH(QString, expected);
-    const QString file = m_folder->dataFile();
-    if (!fileBytes.isNull())
-        testsupport::writeFile(file, fileBytes);
-    const QByteArray before = testsupport::readFile(file);
-    const QDateTime modified = QFileInfo(file).lastModified();
-
-    Database other;
-    QString error;
-    QVERIFY(!other.open(file, m_folder->dataFolder() + "/caujog.mdw", account, password, connect,
-                        &error));
-    QVERIFY2(error.startsWith(expected), qPrintable(error));
-    QVERIFY(!other.isOpen());
-    // Nothing was written to the file that failed to open.
-    QCOMPARE(testsupport::readFile(file), before);
-    QCOMPARE(QFileInfo(file).lastModified(), modified);
-    QVERIFY(!QFileInfo::exists(file + "-journal"));
+    QVERIFY(m_folder->open());
 }
 
 void tst_Database::ordersAndComparesAsTheOffice()
@@ -257,32 +210,34 @@ void tst_Database::aShortLockByAnotherCopyIsWaitedFor()
     QCOMPARE(db().scalar("SELECT count(*) FROM tipusok").toInt(), 2);
 }
 
-void tst_Database::opensAfterAWorkstationStoppedInTheMiddleOfASave()
+void tst_Database::aLookAtAFileWaitsForALockAndBindsItsValues()
 {
-    // The files as a workstation killed during a save leaves them: the data file already
-    // holding part of the save (a small cache spills it early) and the journal holding what the
-    // save overwrote.
-    const QString folder = m_folder->dataFolder();
-    const QString crashed = m_folder->root() + "/crashed";
-    QVERIFY(QDir().mkpath(crashed));
-    const double before = db().scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble();
-    QVERIFY(db().exec("PRAGMA cache_size = 2"));
-    QVERIFY(db().begin());
-    QVERIFY(db().exec("UPDATE uzenetek SET uzen1 = uzen1 || ?", {QStringLiteral("x")}));
-    for (const QString name : {"causora.mdb", "causora.mdb-journal", "caujog.mdw"})
-        QVERIFY(QFile::copy(folder + '/' + name, crashed + '/' + name));
-    db().rollback();
-    QVERIFY(testsupport::readFile(crashed + "/causora.mdb")
-            != testsupport::readFile(m_folder->dataFile()));
-
-    // The next workstation gets in, and finds the file as it was before the broken save.
-    Database next;
-    QString error;
-    QVERIFY2(next.open(crashed + "/causora.mdb", crashed + "/caujog.mdw", "Vida Márton", "vm4817",
-                       "pwd=vm4817", &error),
-             qPrintable(error));
-    QCOMPARE(next.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble(), before);
-    QVERIFY(!QFileInfo::exists(crashed + "/causora.mdb-journal"));
+    QVERIFY(db().exec("INSERT INTO ugyfelek (unev1, utel1) VALUES (?, NULL)", {"O'Brien Ödön"}));
+    const QString sql = "SELECT ukod, unev1, utel1 FROM ugyfelek WHERE unev1 = ? AND ukod > ?";
+    platform::Rows rows;
+    {
+        // Another workstation in the middle of a save: the look waits, then tells the lock.
+        Database::setDefaultBusyWait(200);
+        const auto restore = qScopeGuard([] { Database::setDefaultBusyWait(5000); });
+        QVERIFY(db().exec("BEGIN EXCLUSIVE"));
+        QVERIFY(db().exec("UPDATE ugyfelek SET utel1 = '1'"));
+        platform::FileLook look(m_folder->dataFile(), false);
+        QElapsedTimer waited;
+        waited.start();
+        QVERIFY(!look.select(sql, {"O'Brien Ödön", 0}, &rows));
+        QVERIFY(waited.elapsed() >= 150);
+        QCOMPARE(look.failure(), platform::Failure::Busy);
+        QVERIFY(db().exec("ROLLBACK"));
+    }
+    platform::FileLook look(m_folder->dataFile(), false);
+    QVERIFY2(look.select(sql, {"O'Brien Ödön", 0}, &rows), qPrintable(look.errorText()));
+    QCOMPARE(int(rows.size()), 1);
+    QCOMPARE(rows.front().names(), QStringList({"ukod", "unev1", "utel1"}));
+    QVERIFY(rows.front().value("ukod").toInt() > 0);
+    QCOMPARE(rows.front().text("UNEV1"), QStringLiteral("O'Brien Ödön"));
+    QVERIFY(rows.front().isNull("utel1"));
+    QVERIFY(look.select(sql, {"O'Brien", 0}, &rows));
+    QVERIFY(rows.empty());
 }
 
 QTEST_MAIN(tst_Database)

@@ -85,11 +85,18 @@ void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
     testsupport::writeFile(folder.programFolder() + "/jog.ini",
                            line.replace("<data>", folder.dataFolder()).toLocal8Bit());
     testsupport::MessageRecorder messages;
-    QVERIFY(store::adatmegnyitas());
+    platform::Database db;
+    store::StartValues start;
+    QVERIFY(store::adatmegnyitas(db, &start));
     QVERIFY(messages.shown().isEmpty());
-    QCOMPARE(Session::instance().dataFilePath, dataFile.replace("<data>", folder.dataFolder()));
-    QVERIFY(Session::instance().workgroupFilePath.endsWith("/caujog.mdw"));
-    QVERIFY(Session::instance().database.isOpen());
+    dataFile.replace("<data>", folder.dataFolder());
+    QCOMPARE(start.dataFilePath, dataFile);
+    QCOMPARE(start.workgroupFilePath, dataFile.replace("causora.mdb", "caujog.mdw"));
+    QVERIFY(db.isOpen());
+    QVERIFY(!db.isReadOnly());
+    // The store opens the database it is given; the session is left to take the values.
+    QVERIFY(!Session::instance().database.isOpen());
+    QVERIFY(Session::instance().dataFilePath.isEmpty());
 }
 
 void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing_data()
@@ -140,7 +147,7 @@ void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
     const QStringList before = snapshot(folder.root());
     testsupport::MessageRecorder messages;
     LocationScreenWatcher watcher;
-    QVERIFY(!store::adatmegnyitas());
+    QVERIFY(!Session::instance().start());
     QCOMPARE(messages.texts(), QStringList{message});
     QCOMPARE(watcher.shown, locationScreen);
     QCOMPARE(snapshot(folder.root()), before);
@@ -197,6 +204,7 @@ void tst_adatmegnyitas::startingValuesOfTheSession()
     }
     QVERIFY(folder.open());
     const Session& s = Session::instance();
+    QCOMPARE(s.dataFilePath, folder.dataFile());
     QCOMPARE(s.rights, rights);
     QCOMPARE(s.language, qint16(3));
     QCOMPARE(s.userName, QString());

@@ -2,8 +2,8 @@
 
 #include "platform/Display.h"
 #include "session/Session.h"
-#include "store/DataLocation.h"
 #include "store/Prepare.h"
+#include "store/Settings.h"
 
 #include <QApplication>
 #include <QDir>
@@ -130,7 +130,7 @@ bool TestFolder::open()
 {
     writeFile(programFolder() + QStringLiteral("/jog.ini"),
               store::settingsLine(dataFolder()).toLocal8Bit());
-    return store::adatmegnyitas();
+    return Session::instance().start();
 }
 
 platform::Database& TestFolder::db()

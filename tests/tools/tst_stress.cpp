@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 
 #include "platform/Database.h"
+#include "store/Access.h"
 #include "store/Credentials.h"
 
 #include <QFile>
@@ -27,7 +28,7 @@ struct Confirmed
     {
         QFile f(path);
         QVERIFY(f.open(QIODevice::ReadOnly));
-        // The save the run before was killed in stays uncertain.
+        // The save an earlier killed run left without an outcome may have happened all the same.
         if (!pending.isEmpty())
             unfinished << pending;
         pending.clear();
@@ -82,8 +83,9 @@ void verify(const QString& folder, const Confirmed& c)
 {
     platform::Database db;
     QString error;
-    QVERIFY2(db.open(folder + "/causora.mdb", folder + "/caujog.mdw", store::databaseAccount(),
-                     store::databasePassword(), store::connectText(), &error),
+    QVERIFY2(store::openDataFile(db, folder + "/causora.mdb", folder + "/caujog.mdw",
+                                 store::databaseAccount(), store::databasePassword(),
+                                 store::connectText(), &error),
              qPrintable(error));
     QCOMPARE(db.scalar("PRAGMA integrity_check").toString(), QStringLiteral("ok"));
     QCOMPARE(db.scalar("SELECT count(*) FROM ugyek WHERE ugyfelkod IS NOT NULL AND ugyfelkod "

@@ -10,6 +10,7 @@
 #include "Workstation.h"
 
 #include "platform/Database.h"
+#include "store/Access.h"
 #include "store/Credentials.h"
 
 #include <QCommandLineParser>
@@ -23,8 +24,9 @@ namespace {
 bool openFolder(platform::Database& db, const QString& folder, QTextStream& err)
 {
     QString error;
-    if (db.open(folder + u'/' + store::dataFileName(), folder + u'/' + store::workgroupFileName(),
-                store::databaseAccount(), store::databasePassword(), store::connectText(), &error))
+    if (store::openDataFile(db, folder + u'/' + store::dataFileName(),
+                            folder + u'/' + store::workgroupFileName(), store::databaseAccount(),
+                            store::databasePassword(), store::connectText(), &error))
         return true;
     err << "causora-stress: cannot open " << folder << ": " << error << Qt::endl;
     return false;
