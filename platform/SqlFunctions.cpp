@@ -121,20 +121,34 @@ void valFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
         sqlite3_result_double(ctx, v);
 }
 
+// "left"(text, n): the first n characters of a text. It works on SQLite's UTF-8 text directly:
+// a character is a lead byte with the continuation bytes after it, the way SQLite's own substr()
+// counts, so a prefix never splits a character.
 void leftFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
 {
     if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) {
         sqlite3_result_null(ctx);
         return;
     }
-    const auto* data = static_cast<const char16_t*>(sqlite3_value_text16(argv[0]));
-    const int units = sqlite3_value_bytes16(argv[0]) / 2;
-    const qint64 n = qMax<qint64>(0, sqlite3_value_int64(argv[1]));
-    // Count characters, not UTF-16 units, so a prefix never splits a surrogate pair.
+    const sqlite3_int64 n = sqlite3_value_int64(argv[1]);
+    if (n <= 0) {
+        sqlite3_result_text(ctx, "", 0, SQLITE_STATIC);
+        return;
+    }
+    const auto* data = sqlite3_value_text(argv[0]);
+    if (!data) {
+        sqlite3_result_error_nomem(ctx);
+        return;
+    }
+    const int bytes = sqlite3_value_bytes(argv[0]);
     int end = 0;
-    for (qint64 taken = 0; end < units && taken < n; ++taken)
-        end += QChar::isHighSurrogate(data[end]) && end + 1 < units ? 2 : 1;
-    sqlite3_result_text16(ctx, data, end * 2, SQLITE_TRANSIENT);
+    for (sqlite3_int64 taken = 0; end < bytes && taken < n; ++taken) {
+        if (data[end++] >= 0xc0) {
+            while (end < bytes && (data[end] & 0xc0) == 0x80)
+                ++end;
+        }
+    }
+    sqlite3_result_text(ctx, reinterpret_cast<const char*>(data), end, SQLITE_TRANSIENT);
 }
 
 void sortKeyFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
@@ -168,8 +182,8 @@ bool registerTextRules(sqlite3* handle, QString* error)
     rc = sqlite3_create_function_v2(handle, "val", 1, flags, nullptr, valFunction, nullptr,
                                     nullptr, nullptr);
     if (rc == SQLITE_OK)
-        rc = sqlite3_create_function_v2(handle, "left", 2, flags, nullptr, leftFunction, nullptr,
-                                        nullptr, nullptr);
+        rc = sqlite3_create_function_v2(handle, "left", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
+                                        nullptr, leftFunction, nullptr, nullptr, nullptr);
     if (rc == SQLITE_OK)
         rc = sqlite3_create_function_v2(handle, "hukulcs", 1, flags, nullptr, sortKeyFunction,
                                         nullptr, nullptr, nullptr);
