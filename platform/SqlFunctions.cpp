@@ -1,10 +1,10 @@
 #include "platform/SqlFunctions.h"
 
-#include <QCollator>
-#include <QLocale>
-#include <QStringView>
+#include <cstring>
+#include <memory>
 #include <sqlite3.h>
 #include <unicode/ucol.h>
+#include <QStringView>
 
 namespace platform {
 
@@ -70,8 +70,8 @@ QByteArray huSortKey(QStringView text)
     const auto* chars = reinterpret_cast<const UChar*>(text.utf16());
     const int length = int(text.size());
     QByteArray key(64, Qt::Uninitialized);
-    int needed = ucol_getSortKey(collator, chars, length,
-                                 reinterpret_cast<uint8_t*>(key.data()), int(key.size()));
+    int needed = ucol_getSortKey(collator, chars, length, reinterpret_cast<uint8_t*>(key.data()),
+                                 int(key.size()));
     if (needed > key.size()) {
         key.resize(needed);
         needed = ucol_getSortKey(collator, chars, length, reinterpret_cast<uint8_t*>(key.data()),
@@ -84,17 +84,57 @@ QByteArray huSortKey(QStringView text)
 
 namespace {
 
-int compareHu(void* arg, int len1, const void* s1, int len2, const void* s2)
+// The collator of the collation HU: Hungarian rules with letter case ignored and accents kept,
+// set up as QCollator sets up ICU for the Hungarian locale when told to ignore case.
+UCollator* openHuCollator()
 {
-    auto* collator = static_cast<QCollator*>(arg);
-    const QStringView a(static_cast<const QChar*>(s1), len1 / 2);
-    const QStringView b(static_cast<const QChar*>(s2), len2 / 2);
-    return collator->compare(a, b);
+    UErrorCode status = U_ZERO_ERROR;
+    UCollator* collator = ucol_open("hu_HU", &status);
+    if (U_FAILURE(status))
+        return nullptr;
+    ucol_setAttribute(collator, UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
+    ucol_setAttribute(collator, UCOL_STRENGTH, UCOL_SECONDARY, &status);
+    ucol_setAttribute(collator, UCOL_NUMERIC_COLLATION, UCOL_OFF, &status);
+    ucol_setAttribute(collator, UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, &status);
+    if (U_FAILURE(status)) {
+        ucol_close(collator);
+        return nullptr;
+    }
+    return collator;
 }
 
-void destroyCollator(void* arg)
+int compareUtf8(const UCollator* collator, const char* a, int aLength, const char* b, int bLength)
 {
-    delete static_cast<QCollator*>(arg);
+    // An empty text comes before every other one, even one that holds only characters the
+    // collator ignores (a control character): QCollator, whose order this collation keeps,
+    // decides that before asking ICU.
+    if (aLength == 0)
+        return bLength == 0 ? 0 : -1;
+    if (bLength == 0)
+        return 1;
+    // Identical bytes are equal under any collation; the search screen's prefix conditions
+    // compare many such pairs.
+    if (aLength == bLength && std::memcmp(a, b, size_t(aLength)) == 0)
+        return 0;
+    UErrorCode status = U_ZERO_ERROR;
+    const int result = ucol_strcollUTF8(collator, a, aLength, b, bLength, &status);
+    if (U_SUCCESS(status))
+        return result;
+    // ICU refuses only impossible arguments; byte order still gives a consistent answer.
+    const int common = std::memcmp(a, b, size_t(qMin(aLength, bLength)));
+    return common != 0 ? common : aLength - bLength;
+}
+
+// SQLite hands the collation the database's UTF-8 text as stored, so nothing is converted.
+int huCollation(void* collator, int aLength, const void* a, int bLength, const void* b)
+{
+    return compareUtf8(static_cast<const UCollator*>(collator), static_cast<const char*>(a),
+                       aLength, static_cast<const char*>(b), bLength);
+}
+
+void closeHuCollator(void* collator)
+{
+    ucol_close(static_cast<UCollator*>(collator));
 }
 
 void valFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
@@ -164,23 +204,36 @@ void sortKeyFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
 
 } // namespace
 
+int compareHu(QByteArrayView a, QByteArrayView b)
+{
+    thread_local const std::unique_ptr<UCollator, void (*)(UCollator*)> collator(openHuCollator(),
+                                                                                 ucol_close);
+    if (!collator)
+        return 0;
+    return compareUtf8(collator.get(), a.data(), int(a.size()), b.data(), int(b.size()));
+}
+
 bool registerTextRules(sqlite3* handle, QString* error)
 {
-    auto* collator = new QCollator(QLocale(QLocale::Hungarian, QLocale::Hungary));
-    collator->setCaseSensitivity(Qt::CaseInsensitive);
-    collator->setNumericMode(false);
-    int rc = sqlite3_create_collation_v2(handle, "HU", SQLITE_UTF16_ALIGNED, collator, compareHu,
-                                         destroyCollator);
+    // Every connection has its own collator, so connections in other threads never share one.
+    UCollator* collator = openHuCollator();
+    if (!collator) {
+        if (error)
+            *error = QStringLiteral("The Hungarian collation is not available.");
+        return false;
+    }
+    int rc = sqlite3_create_collation_v2(handle, "HU", SQLITE_UTF8, collator, huCollation,
+                                         closeHuCollator);
     if (rc != SQLITE_OK) {
         // SQLite does not call the destroy callback when registration fails.
-        delete collator;
+        ucol_close(collator);
         if (error)
             *error = QString::fromUtf8(sqlite3_errmsg(handle));
         return false;
     }
     const int flags = SQLITE_UTF16 | SQLITE_DETERMINISTIC;
-    rc = sqlite3_create_function_v2(handle, "val", 1, flags, nullptr, valFunction, nullptr,
-                                    nullptr, nullptr);
+    rc = sqlite3_create_function_v2(handle, "val", 1, flags, nullptr, valFunction, nullptr, nullptr,
+                                    nullptr);
     if (rc == SQLITE_OK)
         rc = sqlite3_create_function_v2(handle, "left", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
                                         nullptr, leftFunction, nullptr, nullptr, nullptr);
