@@ -20,6 +20,11 @@ QByteArray huSortKey(QStringView text);
 // accents kept): negative, zero or positive.
 int compareHu(QByteArrayView a, QByteArrayView b);
 
+// compareHu() for two texts of ASCII characters alone, made from the collator's weights read
+// once instead of through ICU. False when either text is empty or holds other characters, or
+// the weights could not be read.
+bool compareHuAscii(QByteArrayView a, QByteArrayView b, int* result);
+
 // Registers the collation HU and the functions val(), "left"() and hukulcs() (the sort key)
 // on a native connection.
 bool registerTextRules(sqlite3* handle, QString* error);
