@@ -111,7 +111,7 @@ UCollator* openHuCollator()
 
 // Room for the ASCII contractions of the collator: their length and number.
 constexpr int maxContraction = 8;
-constexpr int maxContractions = 128;
+constexpr int maxContractions = 255;
 
 // The collator's weights for texts made of ASCII characters alone, read once from ICU so that
 // such texts are compared without calling ICU for every pair.
@@ -158,6 +158,15 @@ public:
     }
 
 private:
+    // A character: its primary weight (0 when ignorable) and the contractions that start with
+    // it.
+    struct Character
+    {
+        quint16 primary = 0;
+        quint8 firstContraction = 0;
+        quint8 contractions = 0;
+    };
+
     // A contraction: its characters and the primary weights of its one or two elements.
     struct Contraction
     {
@@ -166,6 +175,8 @@ private:
         quint16 primaries[2] = {0, 0};
         int count = 0;
 
+        // Whether the text at pos starts with the contraction; its first character is the one
+        // the contraction was looked up by.
         bool matches(const char* pos, const char* end) const
         {
             if (end - pos < length)
@@ -194,14 +205,14 @@ private:
                 return p;
             }
             while (m_pos < m_end) {
-                const auto c = uchar(*m_pos);
-                const Contraction* k = m_weights.m_contractions + m_weights.m_first[c];
-                const Contraction* kEnd = m_weights.m_contractions + m_weights.m_first[c + 1];
+                const Character& c = m_weights.m_characters[uchar(*m_pos)];
+                const Contraction* k = m_weights.m_contractions + c.firstContraction;
+                const Contraction* kEnd = k + c.contractions;
                 for (; k < kEnd && !k->matches(m_pos, m_end); ++k) { }
                 if (k == kEnd) {
                     ++m_pos;
-                    if (const quint16 p = m_weights.m_primary[c])
-                        return p;
+                    if (c.primary)
+                        return c.primary;
                     continue;
                 }
                 m_pos += k->length;
@@ -244,7 +255,7 @@ private:
             const int count = readElements(elements.get(), &text, 1, primaries);
             if (count < 0 || count > 1)
                 return;
-            m_primary[c] = count == 1 ? primaries[0] : 0;
+            m_characters[c].primary = count == 1 ? primaries[0] : 0;
         }
         QList<QByteArray> texts;
         if (!asciiContractions(collator.get(), &texts) || texts.size() > maxContractions)
@@ -255,7 +266,7 @@ private:
         });
         int n = 0;
         for (int c = 0; c < 128; ++c) {
-            m_first[c] = n;
+            m_characters[c].firstContraction = quint8(n);
             for (; n < texts.size() && texts.at(n).at(0) == c; ++n) {
                 Contraction& k = m_contractions[n];
                 k.length = int(texts.at(n).size());
@@ -264,8 +275,8 @@ private:
                 if (k.count < 1)
                     return;
             }
+            m_characters[c].contractions = quint8(n - m_characters[c].firstContraction);
         }
-        m_first[128] = n;
         m_ready = true;
     }
 
@@ -345,9 +356,8 @@ private:
         return true;
     }
 
-    quint16 m_primary[128] = {};
+    Character m_characters[128];
     Contraction m_contractions[maxContractions];
-    int m_first[129] = {};
     int m_commonSecondary = -1;
     bool m_ready = false;
 };
@@ -363,7 +373,7 @@ int compareUtf8(const UCollator* collator, const char* a, int aLength, const cha
         return 1;
     // Identical bytes are equal under any collation; the search screen's prefix conditions
     // compare many such pairs.
-    if (aLength == bLength && std::memcmp(a, b, size_t(aLength)) == 0)
+    if (aLength == bLength && a[0] == b[0] && std::memcmp(a, b, size_t(aLength)) == 0)
         return 0;
     int result = 0;
     if (AsciiWeights::instance().compare(a, aLength, b, bLength, &result))
