@@ -1,6 +1,8 @@
 #include "platform/SqlFunctions.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <cstring>
 #include <iterator>
 #include <memory>
@@ -42,7 +44,9 @@ double leadingNumber(const QString& text)
     }
     if (!seenDigit)
         return 0;
-    return digits.toDouble();
+    // A run of digits too long for a number gives the largest one rather than infinity.
+    const double value = digits.toDouble();
+    return std::isfinite(value) ? value : std::copysign(std::numeric_limits<double>::max(), value);
 }
 
 namespace {
@@ -417,7 +421,9 @@ void valFunction(sqlite3_context* ctx, int, sqlite3_value** argv)
     const auto* data = static_cast<const char16_t*>(sqlite3_value_text16(argv[0]));
     const int bytes = sqlite3_value_bytes16(argv[0]);
     const double v = leadingNumber(QString::fromUtf16(data, bytes / 2));
-    if (v == double(qint64(v)))
+    // A whole number within the integer range is given as an integer; converting anything
+    // larger would not be defined.
+    if (std::abs(v) < 9.2233720368547758e18 && v == std::trunc(v))
         sqlite3_result_int64(ctx, qint64(v));
     else
         sqlite3_result_double(ctx, v);
