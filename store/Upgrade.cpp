@@ -19,8 +19,9 @@ bool hasColumn(platform::Database& db, const QString& table, const QString& colu
 
 bool hasTable(platform::Database& db, const QString& table)
 {
+    // The engine's table names ignore letter case, as the office's old engine did.
     for (const QString& t : db.tables()) {
-        if (t == table)
+        if (t.compare(table, Qt::CaseInsensitive) == 0)
             return true;
     }
     return false;
@@ -156,7 +157,11 @@ void adatfrissites(platform::Database& db)
     // or before the key existed).
     if (!hasColumn(db, QStringLiteral("Ugyfelek"), QStringLiteral("unev1kulcs")))
         db.addColumn(QStringLiteral("ugyfelek"), {QStringLiteral("unev1kulcs"), QStringLiteral("BLOB"), -1});
-    db.exec(clientOrderIndex());
+    // Looked for first: a start on an up-to-date file writes nothing.
+    if (db.first(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'index' "
+                                "AND name = 'ugyfelek_sorrend'"))
+                .isEmpty())
+        db.exec(clientOrderIndex());
     fillClientSortKeys(db);
     // The guards that keep cases with their clients, for files made before they existed.
     if (db.first(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'trigger' "

@@ -276,7 +276,9 @@ private slots:
         QTest::newRow("unreadable folder") << "unreadable folder" << "nemolvashato" << false;
         QTest::newRow("read-only file") << "read-only file" << "olvasomod" << true;
         QTest::newRow("read-only folder") << "read-only folder" << "olvasomod" << true;
-        QTest::newRow("damaged page") << "damaged" << "serult" << false;
+        // A damaged file is found by the look at its structure, which runs once the program is
+        // up; from then on nothing is written into it.
+        QTest::newRow("damaged page") << "damaged" << "serult" << true;
         QTest::newRow("not a database") << "text" << "nemcausora" << false;
         QTest::newRow("another database") << "foreign" << "nemcausora" << false;
     }
@@ -309,17 +311,18 @@ private slots:
 
         testsupport::MessageRecorder messages;
         QCOMPARE(m_folder->open(), starts);
-        QVERIFY2(!messages.shown().isEmpty(), qPrintable(condition));
+        QTRY_VERIFY2(!messages.shown().isEmpty(), qPrintable(condition));
         QVERIFY2(messages.texts().first().startsWith(store::catalogueMessage(code, 1)),
                  qPrintable(messages.texts().first()));
         QVERIFY(!messages.shown().first().title.isEmpty());
         if (starts) {
             // Every write is refused before it starts.
             const Written w = store::Clients(db()).add({{"unev1", "Nem menthető"}});
-            QCOMPARE(w.failure, platform::Failure::ReadOnly);
+            const bool damaged = code == "serult";
+            QCOMPARE(w.failure, damaged ? platform::Failure::Damaged : platform::Failure::ReadOnly);
             messages.clear();
             QCOMPARE(engineFailure(w.failure, w.engineText, "teszt", "add"),
-                     QStringLiteral("csakolvas"));
+                     damaged ? QStringLiteral("serult") : QStringLiteral("csakolvas"));
             Session::instance().database.close();
         }
         lock.reset();
