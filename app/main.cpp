@@ -4,9 +4,9 @@
 #include "session/Alap.h"
 #include "session/Session.h"
 
+#include <cstdio>
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <cstdio>
 
 namespace {
 

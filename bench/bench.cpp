@@ -22,6 +22,12 @@
 #include "store/DataLocation.h"
 #include "store/Prepare.h"
 
+#include <algorithm>
+#include <climits>
+#include <ctime>
+#include <fcntl.h>
+#include <functional>
+#include <unistd.h>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -35,12 +41,6 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <algorithm>
-#include <climits>
-#include <ctime>
-#include <fcntl.h>
-#include <functional>
-#include <unistd.h>
 
 namespace {
 

@@ -9,21 +9,24 @@
 
 namespace {
 
-const char* const surnames[] = {
-        "Kovács", "Nagy", "Tóth", "Szabó", "Horváth", "Varga", "Kiss", "Molnár", "Németh",
-        "Farkas", "Balogh", "Papp", "Takács", "Juhász", "Lakatos", "Mészáros", "Oláh", "Simon",
-        "Rácz", "Fekete", "Szilágyi", "Török", "Fehér", "Balázs", "Gál", "Kis", "Szűcs",
-        "Kocsis", "Orsós", "Pintér", "Fodor", "Szalai", "Sipos", "Magyar", "Lukács", "Gulyás",
-        "Biró", "Király", "Katona", "László", "Jakab", "Bogdán", "Ábel", "Ödön", "Csonka"};
-const char* const givenNames[] = {
-        "János", "István", "László", "József", "Zoltán", "Sándor", "Gábor", "Ferenc", "Attila",
-        "Péter", "Mária", "Erzsébet", "Katalin", "Ilona", "Éva", "Anna", "Zsuzsanna", "Margit",
-        "Judit", "Ágnes", "Csaba", "Tibor", "Ildikó", "Krisztina", "Andrea", "Gyula"};
-const char* const places[] = {"Budapest", "Debrecen", "Szeged", "Miskolc", "Pécs", "Győr",
-                              "Nyíregyháza", "Kecskemét", "Székesfehérvár", "Szombathely",
-                              "Szolnok", "Érd", "Tatabánya", "Kaposvár", "Sopron", "Veszprém"};
-const char* const types[] = {"Polgári ügy", "Cégügy", "Munkajogi ügy", "Családjogi ügy",
-                             "Büntetőügy", "Ingatlanügy", "Öröklési ügy", "Közigazgatási ügy"};
+const char* const surnames[]
+        = {"Kovács", "Nagy",   "Tóth",   "Szabó",  "Horváth",  "Varga",  "Kiss",    "Molnár",
+           "Németh", "Farkas", "Balogh", "Papp",   "Takács",   "Juhász", "Lakatos", "Mészáros",
+           "Oláh",   "Simon",  "Rácz",   "Fekete", "Szilágyi", "Török",  "Fehér",   "Balázs",
+           "Gál",    "Kis",    "Szűcs",  "Kocsis", "Orsós",    "Pintér", "Fodor",   "Szalai",
+           "Sipos",  "Magyar", "Lukács", "Gulyás", "Biró",     "Király", "Katona",  "László",
+           "Jakab",  "Bogdán", "Ábel",   "Ödön",   "Csonka"};
+const char* const givenNames[]
+        = {"János",  "István", "László",    "József", "Zoltán",   "Sándor",  "Gábor",
+           "Ferenc", "Attila", "Péter",     "Mária",  "Erzsébet", "Katalin", "Ilona",
+           "Éva",    "Anna",   "Zsuzsanna", "Margit", "Judit",    "Ágnes",   "Csaba",
+           "Tibor",  "Ildikó", "Krisztina", "Andrea", "Gyula"};
+const char* const places[]
+        = {"Budapest",    "Debrecen",  "Szeged",         "Miskolc",     "Pécs",    "Győr",
+           "Nyíregyháza", "Kecskemét", "Székesfehérvár", "Szombathely", "Szolnok", "Érd",
+           "Tatabánya",   "Kaposvár",  "Sopron",         "Veszprém"};
+const char* const types[] = {"Polgári ügy", "Cégügy",      "Munkajogi ügy", "Családjogi ügy",
+                             "Büntetőügy",  "Ingatlanügy", "Öröklési ügy",  "Közigazgatási ügy"};
 
 template<size_t N>
 const char* pick(const char* const (&list)[N], quint64 n)
@@ -54,7 +57,8 @@ int main(int argc, char** argv)
     }
     platform::Transaction t(db, &error);
     for (const char* type : types)
-        db.exec(QStringLiteral("INSERT INTO tipusok (tipus) VALUES (?)"), {QString::fromUtf8(type)});
+        db.exec(QStringLiteral("INSERT INTO tipusok (tipus) VALUES (?)"),
+                {QString::fromUtf8(type)});
 
     const int clients = 100000;
     for (int i = 1; i <= clients; ++i) {
@@ -62,7 +66,8 @@ int main(int argc, char** argv)
         QString name = QStringLiteral("%1 %2").arg(QString::fromUtf8(pick(surnames, h >> 7)),
                                                    QString::fromUtf8(pick(givenNames, h >> 13)));
         if (i % 7 == 0)
-            name = QStringLiteral("%1 és Társa Kft.").arg(QString::fromUtf8(pick(surnames, h >> 5)));
+            name = QStringLiteral("%1 és Társa Kft.")
+                           .arg(QString::fromUtf8(pick(surnames, h >> 5)));
         else if (i % 11 == 0)
             name = name.toLower();
         const bool noPlace = i % 97 == 0;
@@ -100,12 +105,13 @@ int main(int argc, char** argv)
                                       .arg(year)
                                       .arg(1 + h % 12, 2, 10, QChar(u'0'))
                                       .arg(1 + h % 28, 2, 10, QChar(u'0'));
-        const QVariant opponent = i % 5 == 0
-                ? QVariant()
-                : QVariant(QStringLiteral("%1 %2").arg(QString::fromUtf8(pick(surnames, h >> 4)),
-                                                       QString::fromUtf8(pick(givenNames, h >> 9))));
-        if (!db.exec(QStringLiteral("INSERT INTO ugyek (ugyszam, ugyfelkod, ugytipus, ugyved, kezdet,"
-                                    " megjegyzes, ellnev, ellhely) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
+        const QVariant opponent = i % 5 == 0 ? QVariant()
+                                             : QVariant(QStringLiteral("%1 %2").arg(
+                                                     QString::fromUtf8(pick(surnames, h >> 4)),
+                                                     QString::fromUtf8(pick(givenNames, h >> 9))));
+        if (!db.exec(QStringLiteral(
+                             "INSERT INTO ugyek (ugyszam, ugyfelkod, ugytipus, ugyved, kezdet,"
+                             " megjegyzes, ellnev, ellhely) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
                      {number, int(1 + h % clients), QString::fromUtf8(pick(types, h >> 2)),
                       QStringLiteral("Dr. Szabó Katalin"), start,
                       QStringLiteral("Megjegyzés %1").arg(i), opponent,

@@ -33,11 +33,20 @@ using records::Role;
 QList<Field> clientFields()
 {
     return {
-            {"nev1", "unev1"},       {"nev2", "unev2"},         {"orszag", "uorszag", Field::Choice},
-            {"hely", "uhely"},       {"utca", "uutca"},         {"irsz", "uirsz"},
-            {"tel1", "utel1"},       {"tel2", "utel2"},         {"fax", "ufax"},
-            {"email", "uemail"},     {"anyja", "uanyja"},       {"szemszam", "uszemszam"},
-            {"adoszam", "uadoszam"}, {"cegszam", "ucegszam"},
+            {"nev1", "unev1"},
+            {"nev2", "unev2"},
+            {"orszag", "uorszag", Field::Choice},
+            {"hely", "uhely"},
+            {"utca", "uutca"},
+            {"irsz", "uirsz"},
+            {"tel1", "utel1"},
+            {"tel2", "utel2"},
+            {"fax", "ufax"},
+            {"email", "uemail"},
+            {"anyja", "uanyja"},
+            {"szemszam", "uszemszam"},
+            {"adoszam", "uadoszam"},
+            {"cegszam", "ucegszam"},
             {"g1", "ucegprivat", Field::YesNo, "g2", true},
     };
 }
@@ -196,8 +205,8 @@ void Ugyfelek::g5_Click()
         m_browse.refresh();
         // A client deleted meanwhile on another workstation is told, and the entry stays on
         // screen; nothing is written into any other client.
-        const store::Written written =
-                clients.change(store::Clients::key(m_ui->ukod->text()), columnValues(false));
+        const store::Written written
+                = clients.change(store::Clients::key(m_ui->ukod->text()), columnValues(false));
         if (!reportWrite(written, module, QStringLiteral("g5"), this)) {
             // The next save stores the entry as a new client.
             if (written.result == store::Written::Gone)

@@ -31,8 +31,8 @@ QString uzenetszoveg(const QString& code)
 int uzenet(const QString& code, int style, QWidget* parent)
 {
     const QString title = code.compare(QLatin1String("kilep"), Qt::CaseInsensitive) == 0
-            ? QStringLiteral("EXIT")
-            : QString();
+                                  ? QStringLiteral("EXIT")
+                                  : QString();
     return platform::messageBox(uzenetszoveg(code), style, title, parent);
 }
 

@@ -3,12 +3,14 @@
 #include "platform/SqlFunctions.h"
 #include "platform/StructureCheck.h"
 
-#include <QAtomicInt>
 #include <atomic>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <QAtomicInt>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QThread>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlDatabase>
@@ -16,10 +18,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QThread>
 #include <QUrl>
-#include <sqlite3.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace platform {
 
@@ -76,9 +76,9 @@ bool allowed(const QString& path, int mode)
     struct stat st;
     if (::stat(native.constData(), &st) != 0)
         return false;
-    const mode_t bits = mode == R_OK ? (S_IRUSR | S_IRGRP | S_IROTH)
-            : mode == W_OK           ? (S_IWUSR | S_IWGRP | S_IWOTH)
-                                     : (S_IXUSR | S_IXGRP | S_IXOTH);
+    const mode_t bits = mode == R_OK   ? (S_IRUSR | S_IRGRP | S_IROTH)
+                        : mode == W_OK ? (S_IWUSR | S_IWGRP | S_IWOTH)
+                                       : (S_IXUSR | S_IXGRP | S_IXOTH);
     return (st.st_mode & bits) != 0;
 }
 
@@ -289,9 +289,9 @@ bool Database::openConnection(const QString& dataFile, bool readOnly, bool mustE
     if (mustExist)
         name += readOnly ? QStringLiteral("?mode=ro") : QStringLiteral("?mode=rw");
     db.setDatabaseName(name);
-    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI%1")
-                                 .arg(readOnly ? QStringLiteral(";QSQLITE_OPEN_READONLY")
-                                               : QString()));
+    db.setConnectOptions(
+            QStringLiteral("QSQLITE_OPEN_URI%1")
+                    .arg(readOnly ? QStringLiteral(";QSQLITE_OPEN_READONLY") : QString()));
     auto drop = [&] {
         db.close();
         db = QSqlDatabase();
@@ -496,10 +496,10 @@ bool Database::insert(const QString& table, const QVariantMap& values, QVariant*
         marks << QStringLiteral("?");
         params << it.value();
     }
-    const QString sql = cols.isEmpty()
-            ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quoteName(table))
-            : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                      .arg(quoteName(table), cols.join(u", "), marks.join(u", "));
+    const QString sql
+            = cols.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quoteName(table))
+                             : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                       .arg(quoteName(table), cols.join(u", "), marks.join(u", "));
     QSqlQuery q(connection());
     if (!run(q, sql, params, error))
         return false;
@@ -543,8 +543,8 @@ bool Database::remove(const QString& table, const QString& where, const QVariant
     if (!writeAllowed(error))
         return false;
     QSqlQuery q(connection());
-    if (!run(q, QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(table), where),
-             whereParams, error))
+    if (!run(q, QStringLiteral("DELETE FROM %1 WHERE %2").arg(quoteName(table), where), whereParams,
+             error))
         return false;
     if (changed)
         *changed = q.numRowsAffected();
@@ -554,9 +554,9 @@ bool Database::remove(const QString& table, const QString& where, const QVariant
 QStringList Database::tables() const
 {
     QStringList names;
-    for (const Row& r : select(QStringLiteral(
-                 "SELECT name FROM sqlite_master WHERE type = 'table' "
-                 "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid")))
+    for (const Row& r :
+         select(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' "
+                               "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid")))
         names << r.text(QStringLiteral("name"));
     return names;
 }
@@ -564,9 +564,10 @@ QStringList Database::tables() const
 QList<ColumnInfo> Database::columns(const QString& table) const
 {
     QList<ColumnInfo> cols;
-    static const QRegularExpression typeRe(QStringLiteral("^\\s*([A-Za-z ]*?)\\s*(?:\\((\\d+)\\))?\\s*$"));
-    for (const Row& r : select(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"),
-                               {table})) {
+    static const QRegularExpression typeRe(
+            QStringLiteral("^\\s*([A-Za-z ]*?)\\s*(?:\\((\\d+)\\))?\\s*$"));
+    for (const Row& r :
+         select(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"), {table})) {
         ColumnInfo c;
         c.name = r.text(QStringLiteral("name"));
         const auto m = typeRe.match(r.text(QStringLiteral("type")));
@@ -692,7 +693,7 @@ FileLook::FileLook(const QString& path, bool writable)
 {
     const int flags = writable ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
     m_open = sqlite3_open_v2(QFile::encodeName(path).constData(), &m_db, flags, nullptr)
-            == SQLITE_OK;
+             == SQLITE_OK;
     if (m_open)
         sqlite3_busy_timeout(m_db, defaultBusyWaitMs.load());
 }

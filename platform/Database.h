@@ -1,11 +1,11 @@
 #pragma once
 
+#include <vector>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
 #include <QVariantMap>
-#include <vector>
 
 #include <memory>
 
@@ -124,7 +124,8 @@ public:
     static int defaultBusyWait();
 
     // Queries. Values are bound to ? placeholders in order.
-    Rows select(const QString& sql, const QVariantList& params = {}, QString* error = nullptr) const;
+    Rows select(const QString& sql, const QVariantList& params = {},
+                QString* error = nullptr) const;
     // The same, also giving the result's column names (known even when no row is found).
     Rows select(const QString& sql, const QVariantList& params, QStringList* columnNames,
                 QString* error) const;
@@ -139,8 +140,7 @@ public:
                 QString* error = nullptr);
     // changed, when given, receives the number of rows the statement changed.
     bool update(const QString& table, const QVariantMap& values, const QString& where,
-                const QVariantList& whereParams, QString* error = nullptr,
-                int* changed = nullptr);
+                const QVariantList& whereParams, QString* error = nullptr, int* changed = nullptr);
     bool remove(const QString& table, const QString& where, const QVariantList& whereParams,
                 QString* error = nullptr, int* changed = nullptr);
 

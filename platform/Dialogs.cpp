@@ -23,9 +23,11 @@ QString chooseFile(const FileDialogRequest& request, QWidget* parent)
         return handlerSlot()(request);
     switch (request.kind) {
     case FileDialogKind::Open:
-        return QFileDialog::getOpenFileName(parent, request.caption, request.folder, request.filter);
+        return QFileDialog::getOpenFileName(parent, request.caption, request.folder,
+                                            request.filter);
     case FileDialogKind::Save:
-        return QFileDialog::getSaveFileName(parent, request.caption, request.folder, request.filter);
+        return QFileDialog::getSaveFileName(parent, request.caption, request.folder,
+                                            request.filter);
     case FileDialogKind::Folder:
         return QFileDialog::getExistingDirectory(parent, request.caption, request.folder);
     }

@@ -67,9 +67,9 @@ bool ListPager::page(const QVariantList& after, int limit, Rows* rows, QStringLi
             params += after;
         }
     }
-    QString sql = QStringLiteral("SELECT %1, %2 FROM %3")
-                          .arg(m_query.columns, m_query.order.join(QStringLiteral(", ")),
-                               m_query.from);
+    QString sql
+            = QStringLiteral("SELECT %1, %2 FROM %3")
+                      .arg(m_query.columns, m_query.order.join(QStringLiteral(", ")), m_query.from);
     if (!conditions.isEmpty())
         sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
     sql += QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));

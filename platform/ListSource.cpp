@@ -3,13 +3,13 @@
 #include "platform/Database.h"
 #include "platform/Display.h"
 
+#include <map>
 #include <QAbstractTableModel>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableView>
-#include <map>
 
 namespace platform {
 

@@ -35,8 +35,8 @@ int messageBox(const QString& text, int style, const QString& title, QWidget* pa
     // show the application's name.
     const bool emptyTitle = style == Confirmation || style == ErrorNotice;
     box.setWindowTitle(!title.isEmpty() ? title
-                               : emptyTitle ? QStringLiteral(" ")
-                                            : QApplication::applicationName());
+                       : emptyTitle     ? QStringLiteral(" ")
+                                        : QApplication::applicationName());
     switch (icon) {
     case 16:
         box.setIcon(QMessageBox::Critical);

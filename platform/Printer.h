@@ -1,12 +1,12 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <QByteArray>
 #include <QFont>
 #include <QList>
 #include <QSize>
 #include <QString>
-#include <functional>
-#include <memory>
 
 class QPrinter;
 class QWidget;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <cstring>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <sqlite3.h>
 #include <unicode/ucol.h>

@@ -1,11 +1,11 @@
 #include "platform/StructureCheck.h"
 
-#include <QElapsedTimer>
-#include <QFile>
-#include <QMetaObject>
 #include <condition_variable>
 #include <mutex>
 #include <sqlite3.h>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMetaObject>
 
 namespace platform {
 
@@ -17,10 +17,10 @@ class Deadline
 public:
     Deadline(sqlite3* db, int ms)
         : m_thread([this, db, ms] {
-              std::unique_lock<std::mutex> lock(m_mutex);
-              if (!m_done.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_over; }))
-                  sqlite3_interrupt(db);
-          })
+            std::unique_lock<std::mutex> lock(m_mutex);
+            if (!m_done.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_over; }))
+                sqlite3_interrupt(db);
+        })
     {
     }
     ~Deadline()

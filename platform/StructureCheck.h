@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QObject>
-#include <QString>
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <QObject>
+#include <QString>
 
 namespace platform {
 

@@ -90,10 +90,12 @@ Mode modeOf(const QString& hivo)
     return Mode::Showing;
 }
 
-RecordForm::RecordForm(QWidget* screen, QList<Field> fields, QList<Button> buttons,
-                       QLineEdit* hivo)
-    : QObject(screen), m_screen(screen), m_fields(std::move(fields)),
-      m_buttons(std::move(buttons)), m_hivo(hivo)
+RecordForm::RecordForm(QWidget* screen, QList<Field> fields, QList<Button> buttons, QLineEdit* hivo)
+    : QObject(screen)
+    , m_screen(screen)
+    , m_fields(std::move(fields))
+    , m_buttons(std::move(buttons))
+    , m_hivo(hivo)
 {
 }
 
@@ -242,8 +244,8 @@ bool RecordForm::allowed(Role role)
 bool RecordForm::mayDiscard()
 {
     return !isEntering()
-            || uzenet(QStringLiteral("ments"), platform::Confirmation, m_screen)
-            == platform::AnswerYes;
+           || uzenet(QStringLiteral("ments"), platform::Confirmation, m_screen)
+                      == platform::AnswerYes;
 }
 
 } // namespace records

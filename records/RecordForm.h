@@ -3,11 +3,11 @@
 #include "platform/Database.h"
 #include "session/Jog.h"
 
+#include <optional>
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
-#include <optional>
 
 class QAbstractButton;
 class QComboBox;
@@ -33,8 +33,11 @@ struct Field
     };
     Field(QString widgetName, QString columnName, Kind fieldKind = Text, QString noOption = {},
           bool alwaysOpen = false)
-        : widget(std::move(widgetName)), column(std::move(columnName)), kind(fieldKind),
-          noWidget(std::move(noOption)), neverLocked(alwaysOpen)
+        : widget(std::move(widgetName))
+        , column(std::move(columnName))
+        , kind(fieldKind)
+        , noWidget(std::move(noOption))
+        , neverLocked(alwaysOpen)
     {
     }
     QString widget;

@@ -3,9 +3,9 @@
 #include "search/keres.h"
 #include "session/Session.h"
 
+#include <memory>
 #include <QCoreApplication>
 #include <QPointer>
-#include <memory>
 
 namespace search {
 

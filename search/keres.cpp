@@ -47,8 +47,9 @@ bool shapesDate(int key)
 } // namespace
 
 keres::keres(QWidget* parent)
-    : QWidget(parent), ui(std::make_unique<Ui::keres>()),
-      m_forras(new platform::ListSource(Session::instance().database, this))
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::keres>())
+    , m_forras(new platform::ListSource(Session::instance().database, this))
 {
     ui->setupUi(this);
     m_forras->setObjectName(QStringLiteral("forras"));
@@ -130,8 +131,8 @@ void keres::showList(const platform::ListQuery& list)
     const bool ok = m_forras->refresh(&error);
     oszlopok();
     if (!ok)
-        engineFailure(Session::instance().database.lastFailure(), error,
-                      QStringLiteral("keres"), QStringLiteral("szukites"), this);
+        engineFailure(Session::instance().database.lastFailure(), error, QStringLiteral("keres"),
+                      QStringLiteral("szukites"), this);
 }
 
 void keres::oszlopok()
@@ -211,9 +212,10 @@ void keres::g5_Click()
     search::PrintedList list;
     list.clients = clientsMode();
     list.query = m_forras->recordSource();
-    list.headings = list.clients
-            ? QStringList{ui->sz2->text(), ui->sz6->text(), ui->sz4->text(), ui->sz5->text()}
-            : QStringList{ui->sz2->text(), ui->sz3->text(), ui->sz4->text(), ui->sz5->text()};
+    list.headings = list.clients ? QStringList{ui->sz2->text(), ui->sz6->text(), ui->sz4->text(),
+                                               ui->sz5->text()}
+                                 : QStringList{ui->sz2->text(), ui->sz3->text(), ui->sz4->text(),
+                                               ui->sz5->text()};
     list.measureFont = font();
     const std::unique_ptr<platform::Printer> printer = platform::openDefaultPrinter(this);
     switch (search::listanyomtatas(list, Session::instance().database, printer.get())) {
@@ -263,7 +265,7 @@ bool keres::event(QEvent* e)
         // A message box or dialog of this screen is part of it; another screen is not.
         const QWidget* next = QApplication::activeWindow();
         m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
-                && next->windowModality() == Qt::NonModal;
+                             && next->windowModality() == Qt::NonModal;
     } else if (e->type() == QEvent::WindowActivate && m_activateOnReturn) {
         m_activateOnReturn = false;
         Activate();

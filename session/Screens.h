@@ -2,8 +2,8 @@
 
 #include "platform/ListQuery.h"
 
-#include <QString>
 #include <functional>
+#include <QString>
 
 class QWidget;
 
@@ -27,7 +27,8 @@ enum class GiveWay { Close, Replace };
 struct Screens
 {
     std::function<void(const QString& tipus)> showSearch; // "1" clients, "2" cases
-    std::function<void(const QString& hivo)> showLookupList; // "1" countries, "2" types, "3" lawyers
+    std::function<void(const QString& hivo)>
+            showLookupList; // "1" countries, "2" types, "3" lawyers
     std::function<void()> showUsers;
     std::function<void()> showParameters;
     std::function<void()> showPostalCodes;

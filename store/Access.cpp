@@ -1,9 +1,9 @@
 #include "store/Access.h"
 
+#include <optional>
 #include <QCryptographicHash>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <optional>
 
 namespace store {
 
@@ -49,8 +49,8 @@ std::optional<int> markOf(platform::FileLook& file)
 bool matches(const platform::Row& row, const QString& password)
 {
     return !row.isEmpty()
-            && passwordHash(row.text(QStringLiteral("so")), password)
-            == row.text(QStringLiteral("hash"));
+           && passwordHash(row.text(QStringLiteral("so")), password)
+                      == row.text(QStringLiteral("hash"));
 }
 
 } // namespace
@@ -69,8 +69,8 @@ bool openDataFile(platform::Database& db, const QString& dataFile, const QString
                   const QString& account, const QString& accountPassword, const QString& connect,
                   QString* error)
 {
-    using platform::EngineError::unrecognized;
     using platform::Failure;
+    using platform::EngineError::unrecognized;
     db.close();
     const platform::FileAccess accountAccess = platform::fileAccess(accountFile);
     if (!accountAccess.exists)
@@ -143,26 +143,26 @@ bool createAccountFile(const QString& path, const QString& account, const QStrin
     const QString salt = newSalt();
     platform::Transaction t(db, error);
     return t.isActive()
-            && db.exec(QStringLiteral("PRAGMA application_id = %1").arg(accountFileId), {}, error)
-            && db.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS fiokok "
-                                      "(nev TEXT(50) NOT NULL, so TEXT(40), hash TEXT(64))"),
-                       {}, error)
-            && db.exec(QStringLiteral("DELETE FROM fiokok"), {}, error)
-            && db.exec(QStringLiteral("INSERT INTO fiokok (nev, so, hash) VALUES (?, ?, ?)"),
-                       {account, salt, passwordHash(salt, password)}, error)
-            && t.commit(error);
+           && db.exec(QStringLiteral("PRAGMA application_id = %1").arg(accountFileId), {}, error)
+           && db.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS fiokok "
+                                     "(nev TEXT(50) NOT NULL, so TEXT(40), hash TEXT(64))"),
+                      {}, error)
+           && db.exec(QStringLiteral("DELETE FROM fiokok"), {}, error)
+           && db.exec(QStringLiteral("INSERT INTO fiokok (nev, so, hash) VALUES (?, ?, ?)"),
+                      {account, salt, passwordHash(salt, password)}, error)
+           && t.commit(error);
 }
 
 bool setDatabasePassword(platform::Database& db, const QString& password, QString* error)
 {
     const QString salt = newSalt();
     return db.exec(QStringLiteral("PRAGMA application_id = %1").arg(dataFileId), {}, error)
-            && db.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS vedelem "
-                                      "(so TEXT(40), hash TEXT(64))"),
-                       {}, error)
-            && db.exec(QStringLiteral("DELETE FROM vedelem"), {}, error)
-            && db.exec(QStringLiteral("INSERT INTO vedelem (so, hash) VALUES (?, ?)"),
-                       {salt, passwordHash(salt, password)}, error);
+           && db.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS vedelem "
+                                     "(so TEXT(40), hash TEXT(64))"),
+                      {}, error)
+           && db.exec(QStringLiteral("DELETE FROM vedelem"), {}, error)
+           && db.exec(QStringLiteral("INSERT INTO vedelem (so, hash) VALUES (?, ?)"),
+                      {salt, passwordHash(salt, password)}, error);
 }
 
 } // namespace store

@@ -21,8 +21,8 @@ Written Cases::add(const QVariantMap& values)
         return Written::failed(m_db, error);
     // The number is unique whatever the letter case, as the table's key is.
     const platform::Row existing = m_db.first(
-            QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyszam = ? COLLATE NOCASE"),
-            {number}, &error);
+            QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyszam = ? COLLATE NOCASE"), {number},
+            &error);
     if (!error.isEmpty())
         return Written::failed(m_db, error);
     if (!existing.isEmpty())

@@ -14,9 +14,8 @@ QVariantMap withSortKey(QVariantMap values)
     const auto name = values.constFind(QStringLiteral("unev1"));
     if (name != values.cend())
         values.insert(QStringLiteral("unev1kulcs"),
-                      name->toString().isEmpty()
-                              ? QVariant(QMetaType(QMetaType::QByteArray))
-                              : QVariant(platform::huSortKey(name->toString())));
+                      name->toString().isEmpty() ? QVariant(QMetaType(QMetaType::QByteArray))
+                                                 : QVariant(platform::huSortKey(name->toString())));
     return values;
 }
 
@@ -73,8 +72,9 @@ Written Clients::remove(const QVariant& ukod)
     platform::Transaction t(m_db, &error);
     if (!t.isActive())
         return Written::failed(m_db, error);
-    const platform::Row firstCase = m_db.first(
-            QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyfelkod = ? LIMIT 1"), {ukod}, &error);
+    const platform::Row firstCase
+            = m_db.first(QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyfelkod = ? LIMIT 1"),
+                         {ukod}, &error);
     if (!error.isEmpty())
         return Written::failed(m_db, error);
     if (!firstCase.isEmpty())

@@ -137,15 +137,15 @@ bool adatmegnyitas(platform::Database& db, StartValues* start)
 
     const platform::Row params = db.first(QStringLiteral("SELECT * FROM parameterek"), {}, &error);
     if (params.isEmpty()) {
-        startupFailure(error.isEmpty() ? platform::Failure::NotCausora : db.lastFailure(),
-                       dataFile, error.isEmpty() ? QStringLiteral("parameterek: no row") : error);
+        startupFailure(error.isEmpty() ? platform::Failure::NotCausora : db.lastFailure(), dataFile,
+                       error.isEmpty() ? QStringLiteral("parameterek: no row") : error);
         db.close();
         return false;
     }
     start->language = qint16(params.value(QStringLiteral("alapnyelv")).toInt());
     start->rights = params.value(QStringLiteral("kelllogon")).toInt() != 0
-            ? QStringLiteral("00000000000000000000")
-            : QStringLiteral("11111111111111111111");
+                            ? QStringLiteral("00000000000000000000")
+                            : QStringLiteral("11111111111111111111");
     return true;
 }
 

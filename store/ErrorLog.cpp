@@ -14,9 +14,10 @@ void hibanaplo(const QString& module, const QString& place, const QString& error
     if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
         return;
     // The date in the office's form, whatever the machine's locale.
-    const QString line = QStringLiteral("Dátum: ") + QDate::currentDate().toString(QStringLiteral("yyyy.MM.dd"))
-            + QStringLiteral(" ** Modul: ") + module + QStringLiteral(" ** Helye: ") + place
-            + QStringLiteral(" ** Hiba: ") + error + QStringLiteral("\r\n");
+    const QString line = QStringLiteral("Dátum: ")
+                         + QDate::currentDate().toString(QStringLiteral("yyyy.MM.dd"))
+                         + QStringLiteral(" ** Modul: ") + module + QStringLiteral(" ** Helye: ")
+                         + place + QStringLiteral(" ** Hiba: ") + error + QStringLiteral("\r\n");
     // One write per record, so a record is never split by another.
     log.write(line.toLocal8Bit());
 }

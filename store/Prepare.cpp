@@ -53,28 +53,32 @@ bool fillBase(platform::Database& db, QString* error)
                       {QStringLiteral("elotag"), QVariant()},
                       {QStringLiteral("tonepulse"), -1}},
                      nullptr, error)
-            && db.insert(QStringLiteral("nyelvek"),
-                         {{QStringLiteral("nyelvkod"), 1}, {QStringLiteral("nyelvnev"), QStringLiteral("Magyar")}},
-                         nullptr, error)
-            && db.insert(QStringLiteral("nyelvek"),
-                         {{QStringLiteral("nyelvkod"), 2}, {QStringLiteral("nyelvnev"), QStringLiteral("Deutsch")}},
-                         nullptr, error)
-            && db.insert(QStringLiteral("nyelvek"),
-                         {{QStringLiteral("nyelvkod"), 3}, {QStringLiteral("nyelvnev"), QStringLiteral("English")}},
-                         nullptr, error)
-            && db.insert(QStringLiteral("orszagok"),
-                         {{QStringLiteral("orszagnev"), QStringLiteral("Magyarország")}}, nullptr, error)
-            && db.insert(QStringLiteral("orszagok"),
-                         {{QStringLiteral("orszagnev"), QStringLiteral("Ausztria")}}, nullptr, error)
-            // The first administrator; the office changes the password on the users screen.
-            && db.insert(QStringLiteral("felhasznalo"),
-                         {{QStringLiteral("felhnev"), QStringLiteral("Rendszergazda")},
-                          {QStringLiteral("loginnev"), QStringLiteral("ADMIN")},
-                          {QStringLiteral("jelszo"), QStringLiteral("admin")},
-                          {QStringLiteral("felhnyelv"), 1},
-                          {QStringLiteral("felhjog"), QStringLiteral("11111111111111111111")},
-                          {QStringLiteral("alapugyv"), QString()}},
-                         nullptr, error);
+           && db.insert(QStringLiteral("nyelvek"),
+                        {{QStringLiteral("nyelvkod"), 1},
+                         {QStringLiteral("nyelvnev"), QStringLiteral("Magyar")}},
+                        nullptr, error)
+           && db.insert(QStringLiteral("nyelvek"),
+                        {{QStringLiteral("nyelvkod"), 2},
+                         {QStringLiteral("nyelvnev"), QStringLiteral("Deutsch")}},
+                        nullptr, error)
+           && db.insert(QStringLiteral("nyelvek"),
+                        {{QStringLiteral("nyelvkod"), 3},
+                         {QStringLiteral("nyelvnev"), QStringLiteral("English")}},
+                        nullptr, error)
+           && db.insert(QStringLiteral("orszagok"),
+                        {{QStringLiteral("orszagnev"), QStringLiteral("Magyarország")}}, nullptr,
+                        error)
+           && db.insert(QStringLiteral("orszagok"),
+                        {{QStringLiteral("orszagnev"), QStringLiteral("Ausztria")}}, nullptr, error)
+           // The first administrator; the office changes the password on the users screen.
+           && db.insert(QStringLiteral("felhasznalo"),
+                        {{QStringLiteral("felhnev"), QStringLiteral("Rendszergazda")},
+                         {QStringLiteral("loginnev"), QStringLiteral("ADMIN")},
+                         {QStringLiteral("jelszo"), QStringLiteral("admin")},
+                         {QStringLiteral("felhnyelv"), 1},
+                         {QStringLiteral("felhjog"), QStringLiteral("11111111111111111111")},
+                         {QStringLiteral("alapugyv"), QString()}},
+                        nullptr, error);
 }
 
 } // namespace
@@ -83,7 +87,8 @@ bool fillCatalogue(platform::Database& db, QString* error)
 {
     // Captions: one row per screen key, one column per language and control.
     QMap<QString, QVariantMap> captions;
-    const auto captionLines = readTable(QStringLiteral(":/store/catalogue/felirat.tsv"), u'\t', error);
+    const auto captionLines
+            = readTable(QStringLiteral(":/store/catalogue/felirat.tsv"), u'\t', error);
     if (captionLines.isEmpty())
         return false;
     for (const QStringList& f : captionLines) {
@@ -99,7 +104,8 @@ bool fillCatalogue(platform::Database& db, QString* error)
             return false;
     }
 
-    const auto messageLines = readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', error);
+    const auto messageLines
+            = readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', error);
     if (messageLines.isEmpty())
         return false;
     for (const QStringList& f : messageLines) {
@@ -118,8 +124,8 @@ bool fillCatalogue(platform::Database& db, QString* error)
 
 QString catalogueMessage(const QString& code, int language)
 {
-    static const QList<QStringList> lines =
-            readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr);
+    static const QList<QStringList> lines
+            = readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr);
     for (const QStringList& f : lines) {
         if (f.size() >= 4 && f.at(0).compare(code, Qt::CaseInsensitive) == 0)
             return language >= 1 && language <= 3 ? f.at(language) : QString();
@@ -136,19 +142,18 @@ void addMissingMessages(platform::Database& db)
          readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr)) {
         if (f.size() < 4 || known.contains(f.at(0).toLower()))
             continue;
-        db.insert(QStringLiteral("uzenetek"),
-                  {{QStringLiteral("uzenkod"), f.at(0)},
-                   {QStringLiteral("uzen1"), f.at(1)},
-                   {QStringLiteral("uzen2"), f.at(2)},
-                   {QStringLiteral("uzen3"), f.at(3)}});
+        db.insert(QStringLiteral("uzenetek"), {{QStringLiteral("uzenkod"), f.at(0)},
+                                               {QStringLiteral("uzen1"), f.at(1)},
+                                               {QStringLiteral("uzen2"), f.at(2)},
+                                               {QStringLiteral("uzen3"), f.at(3)}});
     }
 }
 
 bool fillPostalCodes(platform::Database& db, QString* error)
 {
     const QList<QPair<QString, QString>> lists = {
-        {QStringLiteral(":/store/data/postal-codes-hu.csv"), QStringLiteral("Magyarország")},
-        {QStringLiteral(":/store/data/postal-codes-at.csv"), QStringLiteral("Ausztria")},
+            {QStringLiteral(":/store/data/postal-codes-hu.csv"), QStringLiteral("Magyarország")},
+            {QStringLiteral(":/store/data/postal-codes-at.csv"), QStringLiteral("Ausztria")},
     };
     for (const auto& list : lists) {
         const auto rows = readTable(list.first, u',', error);
@@ -177,7 +182,8 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error)
     const QString accountPath = dir.filePath(workgroupFileName());
     if (QFileInfo::exists(dataPath) || QFileInfo::exists(accountPath)) {
         if (error)
-            *error = QStringLiteral("%1 already holds a data file; nothing was changed.").arg(folder);
+            *error = QStringLiteral("%1 already holds a data file; nothing was changed.")
+                             .arg(folder);
         return false;
     }
 
@@ -197,16 +203,15 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error)
                     ok = db.exec(statement, {}, error);
             }
             ok = ok && fillBase(db, error) && fillCatalogue(db, error) && fillPostalCodes(db, error)
-                    && (!demo || fillDemoData(db, error))
-                    && db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1)"), {},
-                               error)
-                    && setDatabasePassword(db, databasePassword(), error)
-                    && t.commit(error);
+                 && (!demo || fillDemoData(db, error))
+                 && db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1)"), {},
+                            error)
+                 && setDatabasePassword(db, databasePassword(), error) && t.commit(error);
         }
         db.close();
     }
     ok = ok && createAccountFile(accountPath, databaseAccount(), databasePassword(), error)
-            && QFile::rename(workPath, dataPath);
+         && QFile::rename(workPath, dataPath);
     if (!ok) {
         QFile::remove(workPath);
         QFile::remove(accountPath);

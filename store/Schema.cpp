@@ -15,14 +15,15 @@ struct LookupUse
 const QList<LookupUse>& lookupUses()
 {
     static const QList<LookupUse> uses = {
-        {"orszagok", "orszagnev",
-         {{"ugyfelek", "uorszag"},
-          {"partner", "porszag"},
-          {"irsz", "orszag"},
-          {"ugyek", "ellorszag"},
-          {"ugyek", "ellugyvorsz"}}},
-        {"tipusok", "tipus", {{"ugyek", "ugytipus"}}},
-        {"ugyvedek", "ugyvednev", {{"ugyek", "ugyved"}, {"felhasznalo", "alapugyv"}}},
+            {"orszagok",
+             "orszagnev",
+             {{"ugyfelek", "uorszag"},
+              {"partner", "porszag"},
+              {"irsz", "orszag"},
+              {"ugyek", "ellorszag"},
+              {"ugyek", "ellugyvorsz"}}},
+            {"tipusok", "tipus", {{"ugyek", "ugytipus"}}},
+            {"ugyvedek", "ugyvednev", {{"ugyek", "ugyved"}, {"felhasznalo", "alapugyv"}}},
     };
     return uses;
 }
@@ -33,8 +34,8 @@ QString deleteGuard(const LookupUse& use, const QPair<const char*, const char*>&
     return QStringLiteral("CREATE TRIGGER %1_%2_%3_kapcsolat BEFORE DELETE ON %1 "
                           "WHEN EXISTS (SELECT 1 FROM %2 WHERE %3 = OLD.%4 COLLATE NOCASE) "
                           "BEGIN SELECT RAISE(ABORT, '%5'); END")
-            .arg(QLatin1String(use.table), QLatin1String(user.first),
-                 QLatin1String(user.second), QLatin1String(use.key),
+            .arg(QLatin1String(use.table), QLatin1String(user.first), QLatin1String(user.second),
+                 QLatin1String(use.key),
                  platform::EngineError::relatedRecords(QLatin1String(user.first))
                          .replace(u'\'', QStringLiteral("''")));
 }
@@ -57,34 +58,33 @@ QString renameCascade(const LookupUse& use)
 QStringList clientGuards()
 {
     auto quoted = [](QString text) { return text.replace(u'\'', QStringLiteral("''")); };
-    const QString required = quoted(platform::EngineError::relatedRecordRequired(
-            QStringLiteral("ugyfelek")));
-    const QString clientCheck = QStringLiteral(
-            "NOT EXISTS (SELECT 1 FROM ugyfelek WHERE ukod = NEW.ugyfelkod)");
+    const QString required
+            = quoted(platform::EngineError::relatedRecordRequired(QStringLiteral("ugyfelek")));
+    const QString clientCheck
+            = QStringLiteral("NOT EXISTS (SELECT 1 FROM ugyfelek WHERE ukod = NEW.ugyfelkod)");
     return {
-        // A client stays while cases name it, whoever deletes it.
-        QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyfelek_ugyek_kapcsolat BEFORE DELETE ON "
-                       "ugyfelek WHEN EXISTS (SELECT 1 FROM ugyek WHERE ugyfelkod = OLD.ukod) "
-                       "BEGIN SELECT RAISE(ABORT, '%1'); END")
-                .arg(quoted(platform::EngineError::relatedRecords(QStringLiteral("ugyek")))),
-        // A case names a client that exists, so a case never loses its client to a delete
-        // made at the same moment on another workstation.
-        QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyek_ugyfel_kell BEFORE INSERT ON ugyek "
-                       "WHEN NEW.ugyfelkod IS NOT NULL AND %1 "
-                       "BEGIN SELECT RAISE(ABORT, '%2'); END")
-                .arg(clientCheck, required),
-        QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyek_ugyfel_valtozik BEFORE UPDATE OF "
-                       "ugyfelkod ON ugyek WHEN NEW.ugyfelkod IS NOT OLD.ugyfelkod AND "
-                       "NEW.ugyfelkod IS NOT NULL AND %1 "
-                       "BEGIN SELECT RAISE(ABORT, '%2'); END")
-                .arg(clientCheck, required),
+            // A client stays while cases name it, whoever deletes it.
+            QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyfelek_ugyek_kapcsolat BEFORE DELETE ON "
+                           "ugyfelek WHEN EXISTS (SELECT 1 FROM ugyek WHERE ugyfelkod = OLD.ukod) "
+                           "BEGIN SELECT RAISE(ABORT, '%1'); END")
+                    .arg(quoted(platform::EngineError::relatedRecords(QStringLiteral("ugyek")))),
+            // A case names a client that exists, so a case never loses its client to a delete
+            // made at the same moment on another workstation.
+            QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyek_ugyfel_kell BEFORE INSERT ON ugyek "
+                           "WHEN NEW.ugyfelkod IS NOT NULL AND %1 "
+                           "BEGIN SELECT RAISE(ABORT, '%2'); END")
+                    .arg(clientCheck, required),
+            QStringLiteral("CREATE TRIGGER IF NOT EXISTS ugyek_ugyfel_valtozik BEFORE UPDATE OF "
+                           "ugyfelkod ON ugyek WHEN NEW.ugyfelkod IS NOT OLD.ugyfelkod AND "
+                           "NEW.ugyfelkod IS NOT NULL AND %1 "
+                           "BEGIN SELECT RAISE(ABORT, '%2'); END")
+                    .arg(clientCheck, required),
     };
 }
 
 QString caseNumberValueColumn()
 {
-    return QStringLiteral(
-            "ugyszamertek REAL GENERATED ALWAYS AS (CAST(ugyszam AS REAL)) VIRTUAL");
+    return QStringLiteral("ugyszamertek REAL GENERATED ALWAYS AS (CAST(ugyszam AS REAL)) VIRTUAL");
 }
 
 QString caseOrderIndex()
@@ -126,16 +126,18 @@ QStringList schemaStatements()
     s << clientOrderIndex();
 
     s << QStringLiteral(
-            "CREATE TABLE ugyek ("
-            " ugyszam TEXT(10) NOT NULL, ugyfelkod INTEGER, ugytipus TEXT(50), ugyved TEXT(50),"
-            " kezdet TEXT(15), zaras TEXT(15), megjegyzes TEXT(250),"
-            " ellnev TEXT(100), ellorszag TEXT(50), ellhely TEXT(50), ellutca TEXT(100),"
-            " ellirsz TEXT(10), elltelefon TEXT(30),"
-            " ellugyvnev TEXT(100), ellugyvorsz TEXT(50), ellugyvhely TEXT(50),"
-            " ellugyvutca TEXT(100), ellugyvirsz TEXT(10), ellugyvtel1 TEXT(30),"
-            " ellugyvtel2 TEXT(30), ellugyvfax TEXT(30), ellugyvemail TEXT(100),"
-            " feljegyzes TEXT, kezdete TEXT(15),"
-            " %1)").arg(caseNumberValueColumn());
+                 "CREATE TABLE ugyek ("
+                 " ugyszam TEXT(10) NOT NULL, ugyfelkod INTEGER, ugytipus TEXT(50), ugyved "
+                 "TEXT(50),"
+                 " kezdet TEXT(15), zaras TEXT(15), megjegyzes TEXT(250),"
+                 " ellnev TEXT(100), ellorszag TEXT(50), ellhely TEXT(50), ellutca TEXT(100),"
+                 " ellirsz TEXT(10), elltelefon TEXT(30),"
+                 " ellugyvnev TEXT(100), ellugyvorsz TEXT(50), ellugyvhely TEXT(50),"
+                 " ellugyvutca TEXT(100), ellugyvirsz TEXT(10), ellugyvtel1 TEXT(30),"
+                 " ellugyvtel2 TEXT(30), ellugyvfax TEXT(30), ellugyvemail TEXT(100),"
+                 " feljegyzes TEXT, kezdete TEXT(15),"
+                 " %1)")
+                    .arg(caseNumberValueColumn());
     // Case numbers are unique whatever their letter case ("10/A" and "10/a" are one case).
     s << QStringLiteral("CREATE UNIQUE INDEX ugyek_primarykey ON ugyek (ugyszam COLLATE NOCASE)");
     s << QStringLiteral("CREATE INDEX ugyek_ugyfelkod ON ugyek (ugyfelkod)");
@@ -157,17 +159,15 @@ QStringList schemaStatements()
     s << QStringLiteral(
             "CREATE UNIQUE INDEX ugyvedek_primarykey ON ugyvedek (ugyvednev COLLATE NOCASE)");
 
-    s << QStringLiteral(
-            "CREATE TABLE irsz ("
-            " irszsorszam INTEGER PRIMARY KEY AUTOINCREMENT,"
-            " orszag TEXT(50), irsz TEXT(10), hely TEXT(50))");
+    s << QStringLiteral("CREATE TABLE irsz ("
+                        " irszsorszam INTEGER PRIMARY KEY AUTOINCREMENT,"
+                        " orszag TEXT(50), irsz TEXT(10), hely TEXT(50))");
     s << QStringLiteral("CREATE UNIQUE INDEX irsz_primarykey ON irsz (irszsorszam)");
     s << QStringLiteral("CREATE INDEX irsz_orszag_irsz ON irsz (orszag, irsz)");
 
-    s << QStringLiteral(
-            "CREATE TABLE felhasznalo ("
-            " felhnev TEXT(50), loginnev TEXT(20), jelszo TEXT(20), felhnyelv INTEGER,"
-            " felhjog TEXT(20), alapugyv TEXT(50))");
+    s << QStringLiteral("CREATE TABLE felhasznalo ("
+                        " felhnev TEXT(50), loginnev TEXT(20), jelszo TEXT(20), felhnyelv INTEGER,"
+                        " felhjog TEXT(20), alapugyv TEXT(50))");
 
     s << QStringLiteral("CREATE TABLE nyelvek (nyelvkod INTEGER, nyelvnev TEXT(20))");
 
@@ -185,16 +185,15 @@ QStringList schemaStatements()
     }
     s << QStringLiteral("CREATE TABLE felirat (felirkod TEXT(50) NOT NULL, %1)")
                     .arg(captionCols.join(QStringLiteral(", ")));
-    s << QStringLiteral("CREATE UNIQUE INDEX felirat_primarykey ON felirat (felirkod COLLATE NOCASE)");
-
     s << QStringLiteral(
-            "CREATE TABLE uzenetek (uzenkod TEXT(20), uzen1 TEXT(255), uzen2 TEXT(255),"
-            " uzen3 TEXT(255))");
+            "CREATE UNIQUE INDEX felirat_primarykey ON felirat (felirkod COLLATE NOCASE)");
+
+    s << QStringLiteral("CREATE TABLE uzenetek (uzenkod TEXT(20), uzen1 TEXT(255), uzen2 TEXT(255),"
+                        " uzen3 TEXT(255))");
     s << QStringLiteral("CREATE INDEX uzenind ON uzenetek (uzenkod COLLATE NOCASE)");
 
-    s << QStringLiteral(
-            "CREATE TABLE alszamok (xx INTEGER, fougyszam TEXT(10), alugyszam TEXT(15),"
-            " aldatum TEXT(15), almegjegyz TEXT(250))");
+    s << QStringLiteral("CREATE TABLE alszamok (xx INTEGER, fougyszam TEXT(10), alugyszam TEXT(15),"
+                        " aldatum TEXT(15), almegjegyz TEXT(250))");
     s << QStringLiteral("CREATE INDEX alszamok_fougyszam ON alszamok (fougyszam COLLATE NOCASE)");
 
     for (const LookupUse& use : lookupUses()) {

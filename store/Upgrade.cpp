@@ -130,7 +130,8 @@ void adatfrissites(platform::Database& db)
     if (!hasColumn(db, QStringLiteral("Felirat"), QStringLiteral("1sz31"))) {
         for (int lang = 1; lang <= 3; ++lang) {
             for (int n = 31; n <= 39; ++n)
-                addText(db, QStringLiteral("Felirat"), QStringLiteral("%1sz%2").arg(lang).arg(n), 20);
+                addText(db, QStringLiteral("Felirat"), QStringLiteral("%1sz%2").arg(lang).arg(n),
+                        20);
         }
     }
 
@@ -141,8 +142,8 @@ void adatfrissites(platform::Database& db)
     if (!found)
         db.exec(QStringLiteral("INSERT INTO uzenetek (uzenkod, uzen1, uzen2, uzen3) "
                                "SELECT 'hibasadat', ?, ?, ? FROM parameterek"),
-                {QStringLiteral("Hibás adat / adatformátum!"), QStringLiteral("Falsche Dateiformat"),
-                 QStringLiteral("Bad Dataformat")});
+                {QStringLiteral("Hibás adat / adatformátum!"),
+                 QStringLiteral("Falsche Dateiformat"), QStringLiteral("Bad Dataformat")});
 
     // The ordering value of case numbers and its index, for files made before they existed.
     // A generated column is not listed by table_info, so it is looked for in table_xinfo.
@@ -156,7 +157,8 @@ void adatfrissites(platform::Database& db)
     // The sort key of client names, and keys for rows written without one (by another tool,
     // or before the key existed).
     if (!hasColumn(db, QStringLiteral("Ugyfelek"), QStringLiteral("unev1kulcs")))
-        db.addColumn(QStringLiteral("ugyfelek"), {QStringLiteral("unev1kulcs"), QStringLiteral("BLOB"), -1});
+        db.addColumn(QStringLiteral("ugyfelek"),
+                     {QStringLiteral("unev1kulcs"), QStringLiteral("BLOB"), -1});
     // Looked for first: a start on an up-to-date file writes nothing.
     if (db.first(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'index' "
                                 "AND name = 'ugyfelek_sorrend'"))

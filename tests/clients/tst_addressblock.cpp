@@ -50,9 +50,11 @@ private slots:
         h = std::make_unique<Host>();
         QVERIFY(h->folder.open());
         // The first two are decoys that a register lookup of the capitals' codes would find.
-        for (const QVariantList& r : QList<QVariantList>{
-                     {hu, "1118", "Csali"}, {"Ausztria", "1010", "Csali"}, {hu, "9996", "Kis'falu"},
-                     {hu, "9998", "Próbafalva"}, {hu, "9997", "Próbafalva"}})
+        for (const QVariantList& r : QList<QVariantList>{{hu, "1118", "Csali"},
+                                                         {"Ausztria", "1010", "Csali"},
+                                                         {hu, "9996", "Kis'falu"},
+                                                         {hu, "9998", "Próbafalva"},
+                                                         {hu, "9997", "Próbafalva"}})
             QVERIFY(h->folder.db().exec("insert into irsz (orszag, irsz, hely) values (?,?,?)", r));
         QVERIFY(QTest::qWaitForWindowActive(&h->window));
     }
@@ -64,8 +66,8 @@ private slots:
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("place");
         QTest::addColumn<QStringList>("offered");
-        const auto row = [](const char* name, const QString& country, bool byCode,
-                            const char* code, const QString& place, QStringList offered = {}) {
+        const auto row = [](const char* name, const QString& country, bool byCode, const char* code,
+                            const QString& place, QStringList offered = {}) {
             QTest::newRow(name) << country << byCode << QString(code) << place << offered;
         };
         row("Budapest without a lookup", hu, true, "1118", "Budapest");
@@ -89,8 +91,8 @@ private slots:
         QCOMPARE(h->code->text(), code);
         QCOMPARE(h->place->text(), place);
         // An empty country is refused with a notice; nothing else is ever asked.
-        QCOMPARE(boxes.texts(), country.isEmpty() ? QStringList{uzenetszoveg("nincsorsz")}
-                                                  : QStringList());
+        QCOMPARE(boxes.texts(),
+                 country.isEmpty() ? QStringList{uzenetszoveg("nincsorsz")} : QStringList());
         QCOMPARE(h->list->isVisible(), !offered.isEmpty());
         if (offered.isEmpty())
             return;

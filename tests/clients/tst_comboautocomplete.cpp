@@ -19,14 +19,24 @@ private slots:
         QTest::addColumn<int>("found");
         const QStringList countries{"Ausztria", "Magyarország", "Németország", "Ábel-sziget"};
         const QStringList britain{"Nagy-Britannia"};
-        QTest::newRow("first letter") << britain << "n" << "Nagy-Britannia" << "agy-Britannia" << 0;
-        QTest::newRow("next letter") << britain << "na" << "Nagy-Britannia" << "gy-Britannia" << 0;
-        QTest::newRow("accents count") << countries << "á" << "Ábel-sziget" << "bel-sziget" << 3;
-        QTest::newRow("no match keeps the typed text") << countries << "nx" << "Nx" << "" << -1;
-        QTest::newRow("backspace is not completed")
-                << QStringList{"Németország"} << "n\b" << "N" << "" << 0;
-        QTest::newRow("apostrophe")
-                << QStringList{"Côte d'Ivoire"} << "côte d" << "Côte d'Ivoire" << "'Ivoire" << 0;
+        QTest::newRow("first letter") << britain << "n"
+                                      << "Nagy-Britannia"
+                                      << "agy-Britannia" << 0;
+        QTest::newRow("next letter") << britain << "na"
+                                     << "Nagy-Britannia"
+                                     << "gy-Britannia" << 0;
+        QTest::newRow("accents count") << countries << "á"
+                                       << "Ábel-sziget"
+                                       << "bel-sziget" << 3;
+        QTest::newRow("no match keeps the typed text") << countries << "nx"
+                                                       << "Nx"
+                                                       << "" << -1;
+        QTest::newRow("backspace is not completed") << QStringList{"Németország"} << "n\b"
+                                                    << "N"
+                                                    << "" << 0;
+        QTest::newRow("apostrophe") << QStringList{"Côte d'Ivoire"} << "côte d"
+                                    << "Côte d'Ivoire"
+                                    << "'Ivoire" << 0;
     }
     void completesTheTypedPrefix()
     {

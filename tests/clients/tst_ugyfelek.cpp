@@ -72,8 +72,8 @@ class tst_ugyfelek : public QObject
     void open(const QString& key = {}, const store::ClientFilter& filter = {})
     {
         Screens& screens = Session::instance().screens;
-        (key.isEmpty() ? screens.newClient : screens.showClient)(
-                {key, store::Clients::list(filter), &m_search});
+        (key.isEmpty() ? screens.newClient
+                       : screens.showClient)({key, store::Clients::list(filter), &m_search});
         QVERIFY(screen());
         screen()->Activate();
     }
@@ -100,9 +100,15 @@ private slots:
         QTest::addColumn<QString>("option");
         QTest::addColumn<QString>("storedCountry");
         QTest::addColumn<QVariant>("storedOption");
-        QTest::newRow("empty country, private") << "" << "g2" << "Magyarország" << QVariant(0);
-        QTest::newRow("country kept, company") << "Ausztria" << "g1" << "Ausztria" << QVariant(-1);
-        QTest::newRow("neither option chosen") << "Ausztria" << "" << "Ausztria" << QVariant();
+        QTest::newRow("empty country, private") << ""
+                                                << "g2"
+                                                << "Magyarország" << QVariant(0);
+        QTest::newRow("country kept, company") << "Ausztria"
+                                               << "g1"
+                                               << "Ausztria" << QVariant(-1);
+        QTest::newRow("neither option chosen") << "Ausztria"
+                                               << ""
+                                               << "Ausztria" << QVariant();
     }
     void newClientIsStored()
     {
@@ -160,8 +166,8 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("answer");
         QTest::addColumn<QStringList>("messages");
-        QTest::newRow("with a case") << "3" << int(platform::AnswerYes)
-                                     << QStringList{"torol", "nemtorol"};
+        QTest::newRow("with a case")
+                << "3" << int(platform::AnswerYes) << QStringList{"torol", "nemtorol"};
         QTest::newRow("not confirmed") << "15" << int(platform::AnswerNo) << QStringList{"torol"};
     }
     void deleteKeepsAClientWithCasesOrUnconfirmed()

@@ -29,8 +29,8 @@ private slots:
         QTemporaryDir bin;
         const QString xdg = bin.filePath("xdg-open"), got = bin.filePath("received.txt");
         if (handler) {
-            testsupport::writeFile(xdg, "#!/bin/sh\nprintf '%s\\n' $# \"$@\" > '"
-                                                + got.toUtf8() + "'\n");
+            testsupport::writeFile(xdg, "#!/bin/sh\nprintf '%s\\n' $# \"$@\" > '" + got.toUtf8()
+                                                + "'\n");
             QFile::setPermissions(xdg, QFile::ReadOwner | QFile::ExeOwner);
         }
         qputenv("PATH", QFile::encodeName(bin.path()) + (handler ? ":" + m_path : QByteArray()));

@@ -58,11 +58,11 @@ private slots:
     {
         QTest::addColumn<QString>("code");
         for (const char* code :
-             {"nincsjog",  "kilep",     "nincsmeg",  "torol",    "nemtorol",  "ments",
-              "nincs",     "rjelszo",   "nincsorsz", "kotelezo", "nincsugyf", "vanmar",
-              "hibasadat", "nincsujat", "nyomhiba",  "telefon",  "backup2",   "backup1",
-              "backupOK",  "RestoreH",  "RestoreK",  "RestoreOK", "foglalt",  "csakolvas",
-              "serult",    "elutasit",  "adathiba",  "nincsmar", "zarolt",    "nemolvashato",
+             {"nincsjog",   "kilep",     "nincsmeg",  "torol",     "nemtorol",  "ments",
+              "nincs",      "rjelszo",   "nincsorsz", "kotelezo",  "nincsugyf", "vanmar",
+              "hibasadat",  "nincsujat", "nyomhiba",  "telefon",   "backup2",   "backup1",
+              "backupOK",   "RestoreH",  "RestoreK",  "RestoreOK", "foglalt",   "csakolvas",
+              "serult",     "elutasit",  "adathiba",  "nincsmar",  "zarolt",    "nemolvashato",
               "nemcausora", "olvasomod"})
             QTest::newRow(code) << code;
     }

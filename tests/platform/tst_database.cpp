@@ -3,14 +3,14 @@
 #include "platform/Database.h"
 #include "platform/SqlFunctions.h"
 
+#include <limits>
+#include <memory>
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
-#include <limits>
-#include <memory>
 
 using platform::Database;
 
@@ -61,22 +61,27 @@ void tst_Database::ordersAndComparesAsTheOffice()
     QCOMPARE(column("SELECT ugyszam FROM ugyek ORDER BY ugyszamertek, ugyszam"), cases);
 
     // Names: Hungarian order, letter case ignored; the stored sort key gives the same order.
-    for (const QString n : {"Zoltán", "Ödön", "Oszkár", "Csaba", "Ábel", "Cecília", "cukor",
-                            "Kovács", "kovács", "Gyula", "Gábor", "Szabó", "Sándor", "", "Ó",
-                            "Kár", "kar"})
+    for (const QString n :
+         {"Zoltán", "Ödön", "Oszkár", "Csaba", "Ábel", "Cecília", "cukor", "Kovács", "kovács",
+          "Gyula", "Gábor", "Szabó", "Sándor", "", "Ó", "Kár", "kar"})
         QVERIFY(db().exec("INSERT INTO ugyfelek (unev1, unev1kulcs) VALUES (?, ?)",
                           {n, platform::huSortKey(n)}));
-    const QStringList hungarian = column("SELECT unev1 FROM ugyfelek ORDER BY unev1 COLLATE HU, unev1");
+    const QStringList hungarian
+            = column("SELECT unev1 FROM ugyfelek ORDER BY unev1 COLLATE HU, unev1");
     QCOMPARE(hungarian.filter(QRegularExpression("^(Zoltán|Ödön|Oszkár|Csaba|Ábel|Cecília)$")),
              QStringList({"Ábel", "Cecília", "Csaba", "Oszkár", "Ödön", "Zoltán"}));
     QCOMPARE(column("SELECT unev1 FROM ugyfelek ORDER BY unev1kulcs, unev1"), hungarian);
     // Names apart only by an accent keep one order: the plain letter first.
     QVERIFY(hungarian.indexOf("kar") + 1 == hungarian.indexOf("Kár"));
-    QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek WHERE unev1kulcs IS NOT hukulcs(unev1)").toInt(), 0);
+    QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek WHERE unev1kulcs IS NOT hukulcs(unev1)")
+                     .toInt(),
+             0);
 
     // Equality ignores letter case, accented letters too, but not the accents themselves.
     QCOMPARE(db().scalar("SELECT 'ÜGYVÉD' = ? COLLATE HU", {QStringLiteral("ügyvéd")}).toInt(), 1);
-    QCOMPARE(db().scalar("SELECT 'ÁRVÍZTŰRŐ' = ? COLLATE HU", {QStringLiteral("árvíztűrő")}).toInt(), 1);
+    QCOMPARE(
+            db().scalar("SELECT 'ÁRVÍZTŰRŐ' = ? COLLATE HU", {QStringLiteral("árvíztűrő")}).toInt(),
+            1);
     QCOMPARE(db().scalar("SELECT 'kar' = ? COLLATE HU", {QStringLiteral("kár")}).toInt(), 0);
     QCOMPARE(column("SELECT felirkod FROM felirat WHERE felirkod = 'ugyek' COLLATE HU"),
              QStringList{"Ugyek"});
@@ -95,8 +100,8 @@ void tst_Database::valAndLeft_data()
     QTest::newRow("accents") << "Ödön" << 0.0;
     // Past the integer range the value stays a (finite) number.
     QTest::newRow("beyond integers") << "9223372036854775807" << 9223372036854775807.0;
-    QTest::newRow("too long for a number") << QString(400, u'9')
-                                           << std::numeric_limits<double>::max();
+    QTest::newRow("too long for a number")
+            << QString(400, u'9') << std::numeric_limits<double>::max();
 }
 
 void tst_Database::valAndLeft()
@@ -137,16 +142,26 @@ void tst_Database::usedLookupEntriesCannotBeDeleted_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("use");
     QTest::addColumn<QString>("userTable");
-    QTest::newRow("country of a client") << "orszagok.orszagnev" << "Szlovénia"
-                                         << "INSERT INTO ugyfelek (uorszag) VALUES (?)" << "ugyfelek";
-    QTest::newRow("country of a postal code") << "orszagok.orszagnev" << "Szlovénia"
-                                              << "INSERT INTO irsz (orszag) VALUES (?)" << "irsz";
-    QTest::newRow("case type") << "tipusok.tipus" << "Polgári"
-                               << "INSERT INTO ugyek (ugyszam, ugytipus) VALUES ('1', ?)" << "ugyek";
-    QTest::newRow("lawyer of a case") << "ugyvedek.ugyvednev" << "Dr. Kis Anna"
-                                      << "INSERT INTO ugyek (ugyszam, ugyved) VALUES ('1', ?)" << "ugyek";
-    QTest::newRow("lawyer of a user") << "ugyvedek.ugyvednev" << "Dr. Kis Anna"
-                                      << "INSERT INTO felhasznalo (alapugyv) VALUES (?)" << "felhasznalo";
+    QTest::newRow("country of a client") << "orszagok.orszagnev"
+                                         << "Szlovénia"
+                                         << "INSERT INTO ugyfelek (uorszag) VALUES (?)"
+                                         << "ugyfelek";
+    QTest::newRow("country of a postal code") << "orszagok.orszagnev"
+                                              << "Szlovénia"
+                                              << "INSERT INTO irsz (orszag) VALUES (?)"
+                                              << "irsz";
+    QTest::newRow("case type") << "tipusok.tipus"
+                               << "Polgári"
+                               << "INSERT INTO ugyek (ugyszam, ugytipus) VALUES ('1', ?)"
+                               << "ugyek";
+    QTest::newRow("lawyer of a case") << "ugyvedek.ugyvednev"
+                                      << "Dr. Kis Anna"
+                                      << "INSERT INTO ugyek (ugyszam, ugyved) VALUES ('1', ?)"
+                                      << "ugyek";
+    QTest::newRow("lawyer of a user") << "ugyvedek.ugyvednev"
+                                      << "Dr. Kis Anna"
+                                      << "INSERT INTO felhasznalo (alapugyv) VALUES (?)"
+                                      << "felhasznalo";
 }
 
 void tst_Database::usedLookupEntriesCannotBeDeleted()
@@ -162,7 +177,9 @@ void tst_Database::usedLookupEntriesCannotBeDeleted()
     QString error;
     QVERIFY(!db().remove(table, key, {value}, &error));
     QCOMPARE(error, platform::EngineError::relatedRecords(userTable));
-    QCOMPARE(db().scalar(QString("SELECT count(*) FROM %1 WHERE %2").arg(table, key), {value}).toInt(), 1);
+    QCOMPARE(db().scalar(QString("SELECT count(*) FROM %1 WHERE %2").arg(table, key), {value})
+                     .toInt(),
+             1);
     // Once nothing uses it, the entry goes.
     QVERIFY(db().exec("DELETE FROM " + userTable));
     QVERIFY2(db().remove(table, key, {value}, &error), qPrintable(error));
@@ -210,7 +227,8 @@ void tst_Database::aShortLockByAnotherCopyIsWaitedFor()
     other.start();
     QTRY_VERIFY_WITH_TIMEOUT(locked.count() == 1, 5000);
     QString error;
-    QVERIFY2(db().exec("INSERT INTO tipusok (tipus) VALUES ('Ez a gép')", {}, &error), qPrintable(error));
+    QVERIFY2(db().exec("INSERT INTO tipusok (tipus) VALUES ('Ez a gép')", {}, &error),
+             qPrintable(error));
     other.wait();
     QCOMPARE(db().scalar("SELECT count(*) FROM tipusok").toInt(), 2);
 }

@@ -1,12 +1,12 @@
 #include "platform/Printer.h"
 
+#include <optional>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <optional>
 
 using platform::PrintItem;
 

@@ -10,9 +10,12 @@ private slots:
     {
         QTest::addColumn<QString>("port");
         QTest::addColumn<QString>("device");
-        QTest::newRow("first port") << "1" << "/dev/ttyS0";
-        QTest::newRow("third port, blanks") << " 3 " << "/dev/ttyS2";
-        QTest::newRow("USB modem path") << "/dev/ttyUSB0" << "/dev/ttyUSB0";
+        QTest::newRow("first port") << "1"
+                                    << "/dev/ttyS0";
+        QTest::newRow("third port, blanks") << " 3 "
+                                            << "/dev/ttyS2";
+        QTest::newRow("USB modem path") << "/dev/ttyUSB0"
+                                        << "/dev/ttyUSB0";
     }
     void portNamesSerialDevices()
     {

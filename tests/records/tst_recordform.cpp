@@ -8,16 +8,16 @@
 #include "session/Session.h"
 #include "store/Clients.h"
 
+#include <functional>
+#include <memory>
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
-#include <QAbstractItemView>
 #include <QWheelEvent>
-#include <functional>
-#include <memory>
 
 namespace {
 
@@ -53,7 +53,10 @@ class tst_recordform : public QObject
     QWidget m_caller;
     QWidget* m_screen = nullptr;
 
-    QAbstractButton* button(const QString& name) { return m_screen->findChild<QAbstractButton*>(name); }
+    QAbstractButton* button(const QString& name)
+    {
+        return m_screen->findChild<QAbstractButton*>(name);
+    }
     QString enabled()
     {
         QStringList on;
@@ -131,8 +134,9 @@ private slots:
             auto* edit = m_screen->findChild<QLineEdit*>(name);
             auto* box = m_screen->findChild<QComboBox*>(name);
             auto* option = m_screen->findChild<QAbstractButton*>(name);
-            QVERIFY2(edit ? !edit->isReadOnly()
-                          : box ? !box->lineEdit()->isReadOnly() : option->isEnabled(),
+            QVERIFY2(edit  ? !edit->isReadOnly()
+                     : box ? !box->lineEdit()->isReadOnly()
+                           : option->isEnabled(),
                      qPrintable(name));
         }
         QTEST(m_screen->findChild<QLineEdit*>("hivo")->text(), "hivo");
@@ -160,7 +164,8 @@ private slots:
         // The change that follows stores the country shown, not one the box was turned to.
         button("g4")->click();
         button("g5")->click();
-        QCOMPARE(Session::instance().database.scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
+        QCOMPARE(Session::instance()
+                         .database.scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
                          .toString(),
                  before);
     }
@@ -191,8 +196,9 @@ private slots:
 
         // Saved again, the entry becomes a new client.
         button("g5")->click();
-        QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = 'Megváltozott Név'").toInt(),
-                 1);
+        QCOMPARE(
+                db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = 'Megváltozott Név'").toInt(),
+                1);
         QVERIFY(store::Clients(db).find(15).isEmpty());
     }
 };

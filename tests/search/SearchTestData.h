@@ -18,15 +18,23 @@ inline qint64 storeRow(platform::Database& db, const char* table, const QVariant
 inline qint64 addClient(platform::Database& db, const QVariant& name,
                         const QVariant& place = "Budapest", const QVariant& postcode = "1011")
 {
-    return storeRow(db, "ugyfelek", {{"unev1", name}, {"uhely", place}, {"uutca", "Fő utca 1."},
-                                  {"uirsz", postcode}, {"uorszag", "Magyarország"}});
+    return storeRow(db, "ugyfelek",
+                    {{"unev1", name},
+                     {"uhely", place},
+                     {"uutca", "Fő utca 1."},
+                     {"uirsz", postcode},
+                     {"uorszag", "Magyarország"}});
 }
 
 inline void addCase(platform::Database& db, const QString& number, qint64 client,
                     QVariant opponent = "Ellenfél Kft.", QVariant start = "2008.01.10")
 {
-    storeRow(db, "ugyek", {{"ugyszam", number}, {"ugyfelkod", client}, {"ugytipus", "Polgári ügy"},
-                        {"ellnev", opponent}, {"kezdet", start}});
+    storeRow(db, "ugyek",
+             {{"ugyszam", number},
+              {"ugyfelkod", client},
+              {"ugytipus", "Polgári ügy"},
+              {"ellnev", opponent},
+              {"kezdet", start}});
 }
 
 // A search screen in a mode ("1" clients, "2" cases), shown as the main menu shows it.

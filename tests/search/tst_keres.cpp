@@ -89,9 +89,18 @@ private slots:
         QTest::addColumn<QString>("filter");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("withoutValue");
-        QTest::newRow("client without place, by name") << "1" << "ker1" << "Hely" << "Hely Nélkül";
-        QTest::newRow("case without opponent, by number") << "2" << "ker1" << "11" << "11";
-        QTest::newRow("case without opponent, by client") << "2" << "ker2" << "Kovács J" << "11";
+        QTest::newRow("client without place, by name") << "1"
+                                                       << "ker1"
+                                                       << "Hely"
+                                                       << "Hely Nélkül";
+        QTest::newRow("case without opponent, by number") << "2"
+                                                          << "ker1"
+                                                          << "11"
+                                                          << "11";
+        QTest::newRow("case without opponent, by client") << "2"
+                                                          << "ker2"
+                                                          << "Kovács J"
+                                                          << "11";
     }
     void rowsWithoutValuesAreNotHidden()
     {
@@ -193,9 +202,9 @@ private slots:
         s.field("ksorsz")->setText("earlier");
         QTableView* view = s.w.findChild<QTableView*>("DataGrid1");
         enter ? QTest::keyClick(view, Qt::Key_Return) : s.click("g4");
-        const QString key = !found ? QString()
-                : m_ids.contains(chosen) ? QString::number(m_ids[chosen])
-                                         : chosen;
+        const QString key = !found                   ? QString()
+                            : m_ids.contains(chosen) ? QString::number(m_ids[chosen])
+                                                     : chosen;
         QCOMPARE(s.field("jelzo")->text(), QString(key.isEmpty() ? "-1" : "1"));
         QCOMPARE(s.field("ksorsz")->text(), key.isEmpty() ? QString("earlier") : key);
         QCOMPARE(clients.size() + cases.size(), key.isEmpty() ? 0 : 1);

@@ -5,11 +5,11 @@
 #include "platform/Printer.h"
 #include "session/Session.h"
 
+#include <numeric>
+#include <optional>
 #include <QDate>
 #include <QProcess>
 #include <QRegularExpression>
-#include <numeric>
-#include <optional>
 
 using platform::PrintItem;
 using Page = QList<PrintItem>;
@@ -131,7 +131,8 @@ private slots:
         QTest::addColumn<QStringList>("header"); // the title, then the headings
         QTest::newRow("clients") << 1 << QStringList{"Ügyféllista", "Name", "PLZ", "Ort", "Straße"};
         QTest::newRow("cases") << 2
-                << QStringList{"Ügyek listája", "Akten-Nr.", "Mandant", "Sachgebiet", "Gegner"};
+                               << QStringList{"Ügyek listája", "Akten-Nr.", "Mandant", "Sachgebiet",
+                                              "Gegner"};
     }
     void germanHeadingsUnderHungarianTitle()
     {
@@ -171,8 +172,9 @@ private slots:
         reader.start("pdftotext", {"-layout", pdf, "-"});
         QVERIFY(reader.waitForFinished(30000));
         const QString text = QString::fromUtf8(reader.readAllStandardOutput());
-        for (const QString& expected : QStringList{"Ügyféllista", "Helység", "Kovács János",
-                 "Székesfehérvár", "Dátum: " + QDate::currentDate().toString("yyyy.MM.dd")})
+        for (const QString& expected :
+             QStringList{"Ügyféllista", "Helység", "Kovács János", "Székesfehérvár",
+                         "Dátum: " + QDate::currentDate().toString("yyyy.MM.dd")})
             QVERIFY2(text.contains(expected), qPrintable(text));
         QVERIFY(text.contains(QRegularExpression("1\\s+/\\s+1")));
     }

@@ -5,10 +5,10 @@
 #include "store/Access.h"
 #include "store/Credentials.h"
 
+#include <memory>
 #include <QDir>
 #include <QFileInfo>
 #include <QTest>
-#include <memory>
 
 using platform::Database;
 using platform::Failure;
@@ -40,26 +40,43 @@ void tst_access::refusesBadCredentialsAndForeignFiles_data()
     QTest::addColumn<Failure>("failure");
     const QString account = store::databaseAccount();
     const QString badAccount = store::accountOrPasswordError();
-    QTest::newRow("wrong account") << "Kiss Béla" << "vm4817" << "pwd=vm4817" << "" << badAccount
-                                   << Failure::Refused;
-    QTest::newRow("wrong account password")
-            << account << "vm4818" << "pwd=vm4817" << "" << badAccount << Failure::Refused;
-    QTest::newRow("wrong database password") << account << "vm4817" << "pwd=xx" << ""
+    QTest::newRow("wrong account") << "Kiss Béla"
+                                   << "vm4817"
+                                   << "pwd=vm4817"
+                                   << "" << badAccount << Failure::Refused;
+    QTest::newRow("wrong account password") << account << "vm4818"
+                                            << "pwd=vm4817"
+                                            << "" << badAccount << Failure::Refused;
+    QTest::newRow("wrong database password") << account << "vm4817"
+                                             << "pwd=xx"
+                                             << ""
                                              << "Not a valid password." << Failure::Refused;
-    QTest::newRow("no database password") << account << "vm4817" << "uid=x" << ""
+    QTest::newRow("no database password") << account << "vm4817"
+                                          << "uid=x"
+                                          << ""
                                           << "Not a valid password." << Failure::Refused;
-    QTest::newRow("text file") << account << "vm4817" << "pwd=vm4817" << "data:path=C:\\x\r\n"
+    QTest::newRow("text file") << account << "vm4817"
+                               << "pwd=vm4817"
+                               << "data:path=C:\\x\r\n"
                                << "Unrecognized database format '<data>'." << Failure::NotCausora;
-    QTest::newRow("empty file") << account << "vm4817" << "pwd=vm4817" << "data:"
+    QTest::newRow("empty file") << account << "vm4817"
+                                << "pwd=vm4817"
+                                << "data:"
                                 << "Unrecognized database format '<data>'." << Failure::NotCausora;
     QTest::newRow("text account file")
-            << account << "vm4817" << "pwd=vm4817" << "account:[accounts]\r\n"
+            << account << "vm4817"
+            << "pwd=vm4817"
+            << "account:[accounts]\r\n"
             << "Unrecognized database format '<account>'." << Failure::NotCausora;
     // Each file is a database of the program, but not of the kind it is taken for.
     QTest::newRow("files swapped")
-            << account << "vm4817" << "pwd=vm4817" << "swap"
+            << account << "vm4817"
+            << "pwd=vm4817"
+            << "swap"
             << "Unrecognized database format '<account>'." << Failure::NotCausora;
-    QTest::newRow("no account file") << account << "vm4817" << "pwd=vm4817" << "no account file"
+    QTest::newRow("no account file") << account << "vm4817"
+                                     << "pwd=vm4817"
+                                     << "no account file"
                                      << "Could not find file '<account>'." << Failure::Missing;
 }
 

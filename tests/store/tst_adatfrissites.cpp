@@ -14,7 +14,8 @@ QStringList dump(platform::Database& db)
     for (const auto& r : db.select("SELECT type, name, sql FROM sqlite_master ORDER BY name"))
         lines << r.text("sql");
     for (const QString& table : db.tables()) {
-        for (const auto& r : db.select(QString("SELECT * FROM %1").arg(platform::Database::quoteName(table)))) {
+        for (const auto& r :
+             db.select(QString("SELECT * FROM %1").arg(platform::Database::quoteName(table)))) {
             QStringList values;
             for (int i = 0; i < r.count(); ++i)
                 values << r.value(i).toString();
@@ -31,16 +32,17 @@ void makeOldFile(platform::Database& db, const QString& messageCode)
     for (int lang = 1; lang <= 3; ++lang)
         for (int n = 1; n <= 30; ++n)
             captionCols << QString("[%1sz%2] TEXT(100)").arg(lang).arg(n);
-    for (const QString& sql : {
-                 QString("CREATE TABLE ugyek (ugyszam TEXT(10), kezdet TEXT, zaras TEXT, megjegyzes TEXT)"),
-                 QString("CREATE TABLE felhasznalo (felhnev TEXT, loginnev TEXT)"),
-                 QString("CREATE TABLE parameterek (alapnyelv INTEGER)"),
-                 QString("CREATE TABLE uzenetek (uzenkod TEXT, uzen1 TEXT, uzen2 TEXT, uzen3 TEXT)"),
-                 "CREATE TABLE felirat (felirkod TEXT, " + captionCols.join(", ") + ")",
-                 QString("INSERT INTO parameterek VALUES (1)"),
-                 QString("INSERT INTO ugyek VALUES ('9', '2007.10.26', '2008.01.31', 'x')"),
-                 QString("INSERT INTO felirat (felirkod, [1sz28]) VALUES ('ugyek', 'Saját szöveg')"),
-                 QString("INSERT INTO felirat (felirkod) VALUES ('USERS')")})
+    for (const QString& sql :
+         {QString("CREATE TABLE ugyek (ugyszam TEXT(10), kezdet TEXT, zaras TEXT, megjegyzes "
+                  "TEXT)"),
+          QString("CREATE TABLE felhasznalo (felhnev TEXT, loginnev TEXT)"),
+          QString("CREATE TABLE parameterek (alapnyelv INTEGER)"),
+          QString("CREATE TABLE uzenetek (uzenkod TEXT, uzen1 TEXT, uzen2 TEXT, uzen3 TEXT)"),
+          "CREATE TABLE felirat (felirkod TEXT, " + captionCols.join(", ") + ")",
+          QString("INSERT INTO parameterek VALUES (1)"),
+          QString("INSERT INTO ugyek VALUES ('9', '2007.10.26', '2008.01.31', 'x')"),
+          QString("INSERT INTO felirat (felirkod, [1sz28]) VALUES ('ugyek', 'Saját szöveg')"),
+          QString("INSERT INTO felirat (felirkod) VALUES ('USERS')")})
         QVERIFY2(db.exec(sql), qPrintable(sql));
     QVERIFY(db.exec("INSERT INTO uzenetek VALUES (?, 'a', 'b', 'c')", {messageCode}));
 }

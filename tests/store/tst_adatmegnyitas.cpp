@@ -23,8 +23,10 @@ QStringList snapshot(const QString& root)
     QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QFileInfo f(it.next());
-        files << QStringLiteral("%1 %2 %3").arg(f.filePath()).arg(f.size()).arg(
-                f.lastModified().toMSecsSinceEpoch());
+        files << QStringLiteral("%1 %2 %3")
+                         .arg(f.filePath())
+                         .arg(f.size())
+                         .arg(f.lastModified().toMSecsSinceEpoch());
     }
     files.sort();
     return files;
@@ -69,12 +71,16 @@ void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("dataFile");
     // <data> stands for the data folder.
-    QTest::newRow("quoted") << "\"path=<data>\"\r\n" << "<data>/causora.mdb";
-    QTest::newRow("unquoted") << "path=<data>\r\n" << "<data>/causora.mdb";
-    QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n" << "<data>//causora.mdb";
-    QTest::newRow("other lines around")
-            << "[x]\r\n\"path=<data>\"\r\nmore\r\n" << "<data>/causora.mdb";
-    QTest::newRow("line feed only") << "path=<data>\n" << "<data>/causora.mdb";
+    QTest::newRow("quoted") << "\"path=<data>\"\r\n"
+                            << "<data>/causora.mdb";
+    QTest::newRow("unquoted") << "path=<data>\r\n"
+                              << "<data>/causora.mdb";
+    QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n"
+                                        << "<data>//causora.mdb";
+    QTest::newRow("other lines around") << "[x]\r\n\"path=<data>\"\r\nmore\r\n"
+                                        << "<data>/causora.mdb";
+    QTest::newRow("line feed only") << "path=<data>\n"
+                                    << "<data>/causora.mdb";
 }
 
 void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
@@ -106,12 +112,18 @@ void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing_data()
     QTest::addColumn<bool>("locationScreen");
     // In the messages, <program> stands for the program folder and <data> for the data folder:
     // markers that no folder name can hold.
-    QTest::newRow("no settings file") << "no ini" << "<program>/jog.ini    Not found " << false;
-    QTest::newRow("empty settings file") << "empty ini" << "Bad inifile" << true;
-    QTest::newRow("no path entry") << "no path" << "Bad inifile" << true;
-    QTest::newRow("no line end") << "no line end" << "Bad inifile" << true;
-    QTest::newRow("no data file") << "no mdb" << "<data>/causora.mdb   Not found" << true;
-    QTest::newRow("no account file") << "no mdw" << "<data>/caujog.mdw  <nincsmeg>" << false;
+    QTest::newRow("no settings file") << "no ini"
+                                      << "<program>/jog.ini    Not found " << false;
+    QTest::newRow("empty settings file") << "empty ini"
+                                         << "Bad inifile" << true;
+    QTest::newRow("no path entry") << "no path"
+                                   << "Bad inifile" << true;
+    QTest::newRow("no line end") << "no line end"
+                                 << "Bad inifile" << true;
+    QTest::newRow("no data file") << "no mdb"
+                                  << "<data>/causora.mdb   Not found" << true;
+    QTest::newRow("no account file") << "no mdw"
+                                     << "<data>/caujog.mdw  <nincsmeg>" << false;
 }
 
 void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
@@ -139,7 +151,9 @@ void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
     if (setup == "no mdw") {
         platform::Database db;
         QVERIFY(db.openForReading(folder.dataFile(), nullptr));
-        message.replace("<nincsmeg>", db.scalar("SELECT uzen1 FROM uzenetek WHERE uzenkod = 'nincsmeg'").toString());
+        message.replace(
+                "<nincsmeg>",
+                db.scalar("SELECT uzen1 FROM uzenetek WHERE uzenkod = 'nincsmeg'").toString());
     }
     message.replace(QLatin1String("<program>"), folder.programFolder());
     message.replace(QLatin1String("<data>"), folder.dataFolder());
@@ -169,9 +183,8 @@ void tst_adatmegnyitas::engineRefusalEndsTheStart()
     QCOMPARE(messages.shown().first().style, int(platform::ErrorNotice));
     // Only jog.ini, written by the test, is new.
     QStringList after = snapshot(folder.root());
-    after.removeIf([](const QString& f) {
-        return f.contains("/jog.ini ") || f.contains("/hiba.txt ");
-    });
+    after.removeIf(
+            [](const QString& f) { return f.contains("/jog.ini ") || f.contains("/hiba.txt "); });
     QCOMPARE(after, before);
 }
 

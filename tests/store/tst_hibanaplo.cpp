@@ -26,8 +26,9 @@ void tst_hibanaplo::appendsOneLinePerFailure()
 
     store::hibanaplo("UGYEK", "LOAD", "Disk or network error.");
     const QString log = dir.filePath("hiba.txt");
-    const QByteArray first = "Dátum: " + today.toUtf8()
-            + " ** Modul: UGYEK ** Helye: LOAD ** Hiba: Disk or network error.\r\n";
+    const QByteArray first
+            = "Dátum: " + today.toUtf8()
+              + " ** Modul: UGYEK ** Helye: LOAD ** Hiba: Disk or network error.\r\n";
     QCOMPARE(testsupport::readFile(log), first);
 
     store::hibanaplo("Telhivo", "telhivo", "Nincs ilyen eszköz");

@@ -14,7 +14,8 @@ QString sqliteTool(const QString& file, const QString& sql)
     QProcess p;
     p.start("sqlite3", {"-batch", "-noheader", "-separator", "|", file, sql});
     p.waitForFinished(30000);
-    return QString::fromUtf8(p.readAllStandardOutput()) + QString::fromUtf8(p.readAllStandardError());
+    return QString::fromUtf8(p.readAllStandardOutput())
+           + QString::fromUtf8(p.readAllStandardError());
 }
 
 } // namespace
@@ -37,37 +38,44 @@ void tst_prepare::sqliteToolSeesEveryTableAndColumn()
     const QString file = dir.filePath("adat/causora.mdb");
 
     const QMap<QString, QStringList> expected = {
-        {"ugyek", {"ugyszam", "ugyfelkod", "ugytipus", "ugyved", "kezdet", "zaras", "megjegyzes",
-                   "ellnev", "ellorszag", "ellhely", "ellutca", "ellirsz", "elltelefon",
-                   "ellugyvnev", "ellugyvorsz", "ellugyvhely", "ellugyvutca", "ellugyvirsz",
-                   "ellugyvtel1", "ellugyvtel2", "ellugyvfax", "ellugyvemail", "feljegyzes", "kezdete"}},
-        {"ugyfelek", {"ukod", "unev1", "unev2", "uorszag", "uirsz", "uhely", "uutca", "utel1", "utel2",
-                      "ufax", "uemail", "ucegprivat", "uanyja", "uszemszam", "uadoszam", "ucegszam",
-                      "unev1kulcs"}},
-        {"partner", {"pkod", "pnev1", "pnev2", "porszag", "pirsz", "phely", "putca", "ptel1", "ptel2",
-                     "pfax", "pemail"}},
-        {"orszagok", {"orszagnev"}},
-        {"tipusok", {"tipus"}},
-        {"ugyvedek", {"ugyvednev"}},
-        {"irsz", {"irszsorszam", "orszag", "irsz", "hely"}},
-        {"felhasznalo", {"felhnev", "loginnev", "jelszo", "felhnyelv", "felhjog", "alapugyv"}},
-        {"nyelvek", {"nyelvkod", "nyelvnev"}},
-        {"parameterek", {"alapnyelv", "verzio", "kelllogon", "utolsoment", "modemport", "elotag", "tonepulse"}},
-        {"uzenetek", {"uzenkod", "uzen1", "uzen2", "uzen3"}},
-        {"alszamok", {"xx", "fougyszam", "alugyszam", "aldatum", "almegjegyz"}},
+            {"ugyek", {"ugyszam",     "ugyfelkod",    "ugytipus",    "ugyved",      "kezdet",
+                       "zaras",       "megjegyzes",   "ellnev",      "ellorszag",   "ellhely",
+                       "ellutca",     "ellirsz",      "elltelefon",  "ellugyvnev",  "ellugyvorsz",
+                       "ellugyvhely", "ellugyvutca",  "ellugyvirsz", "ellugyvtel1", "ellugyvtel2",
+                       "ellugyvfax",  "ellugyvemail", "feljegyzes",  "kezdete"}},
+            {"ugyfelek",
+             {"ukod", "unev1", "unev2", "uorszag", "uirsz", "uhely", "uutca", "utel1", "utel2",
+              "ufax", "uemail", "ucegprivat", "uanyja", "uszemszam", "uadoszam", "ucegszam",
+              "unev1kulcs"}},
+            {"partner",
+             {"pkod", "pnev1", "pnev2", "porszag", "pirsz", "phely", "putca", "ptel1", "ptel2",
+              "pfax", "pemail"}},
+            {"orszagok", {"orszagnev"}},
+            {"tipusok", {"tipus"}},
+            {"ugyvedek", {"ugyvednev"}},
+            {"irsz", {"irszsorszam", "orszag", "irsz", "hely"}},
+            {"felhasznalo", {"felhnev", "loginnev", "jelszo", "felhnyelv", "felhjog", "alapugyv"}},
+            {"nyelvek", {"nyelvkod", "nyelvnev"}},
+            {"parameterek",
+             {"alapnyelv", "verzio", "kelllogon", "utolsoment", "modemport", "elotag",
+              "tonepulse"}},
+            {"uzenetek", {"uzenkod", "uzen1", "uzen2", "uzen3"}},
+            {"alszamok", {"xx", "fougyszam", "alugyszam", "aldatum", "almegjegyz"}},
     };
     for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
-        const QString cols = sqliteTool(file, QString("SELECT name FROM pragma_table_info('%1')").arg(it.key()));
+        const QString cols = sqliteTool(
+                file, QString("SELECT name FROM pragma_table_info('%1')").arg(it.key()));
         QCOMPARE(cols.split('\n', Qt::SkipEmptyParts), it.value());
     }
     // The caption table: the key and 147 text columns.
-    const QStringList felirat =
-            sqliteTool(file, "SELECT name FROM pragma_table_info('felirat')").split('\n', Qt::SkipEmptyParts);
+    const QStringList felirat = sqliteTool(file, "SELECT name FROM pragma_table_info('felirat')")
+                                        .split('\n', Qt::SkipEmptyParts);
     QCOMPARE(felirat.size(), 148);
     QCOMPARE(felirat.first(), QStringLiteral("felirkod"));
     for (const char* c : {"1sz1", "1sz39", "1g10", "2sz31", "3g1", "3sz39"})
         QVERIFY2(felirat.contains(c), c);
-    QCOMPARE(sqliteTool(file, "SELECT type FROM pragma_table_info('felirat') WHERE name = '2sz31'").trimmed(),
+    QCOMPARE(sqliteTool(file, "SELECT type FROM pragma_table_info('felirat') WHERE name = '2sz31'")
+                     .trimmed(),
              QStringLiteral("TEXT(20)"));
 
     const QString indexes = sqliteTool(file, "SELECT name FROM sqlite_master WHERE type = 'index'");
@@ -87,16 +95,22 @@ void tst_prepare::startingRowsArePresent()
     QVERIFY(folder.open());
     platform::Database& db = folder.db();
     QCOMPARE(db.scalar("SELECT count(*) FROM parameterek").toInt(), 1);
-    QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(), QStringLiteral("1,2,3"));
+    QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
+             QStringLiteral("1,2,3"));
     // The whole Hungarian postal code list, codes that serve several places included.
     QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(), 3574);
     QVERIFY(db.scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
-    QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'").toString(),
+    QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
+                     .toString(),
              QStringLiteral("Wien"));
     for (const char* key : {"Alap", "Login", "keres", "keres2", "Ugyfelek"})
-        QVERIFY2(db.scalar("SELECT count(*) FROM felirat WHERE felirkod = ?", {key}).toInt() == 1, key);
+        QVERIFY2(db.scalar("SELECT count(*) FROM felirat WHERE felirkod = ?", {key}).toInt() == 1,
+                 key);
     for (const char* code : {"nincsjog", "kilep", "nincsmeg", "hibasadat"})
-        QVERIFY2(!db.scalar("SELECT uzen2 FROM uzenetek WHERE uzenkod = ?", {code}).toString().isEmpty(), code);
+        QVERIFY2(!db.scalar("SELECT uzen2 FROM uzenetek WHERE uzenkod = ?", {code})
+                          .toString()
+                          .isEmpty(),
+                 code);
 }
 
 void tst_prepare::demoFolderHoldsBelievableData()
@@ -111,9 +125,15 @@ void tst_prepare::demoFolderHoldsBelievableData()
     QVERIFY(numbers.indexOf("10") < numbers.indexOf("10/A"));
     QVERIFY(numbers.contains("2019/123"));
     // Every case belongs to a client that exists.
-    QCOMPARE(db.scalar("SELECT count(*) FROM ugyek WHERE ugyfelkod NOT IN (SELECT ukod FROM ugyfelek)").toInt(), 0);
+    QCOMPARE(db.scalar("SELECT count(*) FROM ugyek WHERE ugyfelkod NOT IN (SELECT ukod FROM "
+                       "ugyfelek)")
+                     .toInt(),
+             0);
     QVERIFY(db.scalar("SELECT count(*) FROM partner").toInt() > 0);
-    QCOMPARE(db.scalar("SELECT count(*) FROM orszagok WHERE orszagnev IN ('Magyarország', 'Ausztria')").toInt(), 2);
+    QCOMPARE(db.scalar("SELECT count(*) FROM orszagok WHERE orszagnev IN ('Magyarország', "
+                       "'Ausztria')")
+                     .toInt(),
+             2);
     QVERIFY(db.scalar("SELECT count(*) FROM tipusok").toInt() > 1);
     QVERIFY(db.scalar("SELECT count(*) FROM ugyvedek").toInt() > 1);
 }

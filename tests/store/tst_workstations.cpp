@@ -12,6 +12,9 @@
 #include "store/Clients.h"
 #include "store/Prepare.h"
 
+#include <atomic>
+#include <memory>
+#include <sys/stat.h>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -19,9 +22,6 @@
 #include <QTableView>
 #include <QTest>
 #include <QThread>
-#include <atomic>
-#include <memory>
-#include <sys/stat.h>
 
 using store::Written;
 
@@ -161,7 +161,8 @@ private slots:
             const Written kase = store::Cases(other.db).add(
                     {{"ugyszam", QStringLiteral("M-%1").arg(round)}, {"ugyfelkod", client.key}});
             QVERIFY2(kase.stored(), qPrintable(kase.engineText));
-            QVERIFY(store::Cases(other.db).change(QStringLiteral("1/0"), {{"ugytipus", "Más"}})
+            QVERIFY(store::Cases(other.db)
+                            .change(QStringLiteral("1/0"), {{"ugytipus", "Más"}})
                             .stored());
             screen.reset();
         }
@@ -207,11 +208,12 @@ private slots:
                 if (deleting)
                     deleted += store::Clients(own).remove(c).stored() ? 1 : 0;
                 else
-                    added += store::Cases(own).add({{"ugyszam", QStringLiteral("R-%1").arg(c)},
-                                                    {"ugyfelkod", c}})
-                                     .stored()
-                            ? 1
-                            : 0;
+                    added += store::Cases(own)
+                                             .add({{"ugyszam", QStringLiteral("R-%1").arg(c)},
+                                                   {"ugyfelkod", c}})
+                                             .stored()
+                                     ? 1
+                                     : 0;
             }
         };
         std::unique_ptr<QThread> a(QThread::create(desk, true));
@@ -260,7 +262,8 @@ private slots:
         save->click();
         QVERIFY(messages.shown().isEmpty());
         QVERIFY(!save->isEnabled());
-        QCOMPARE(count(db(), "SELECT count(*) FROM ugyfelek WHERE unev1 = ?", {"Zárolt Zoltán"}), 1);
+        QCOMPARE(count(db(), "SELECT count(*) FROM ugyfelek WHERE unev1 = ?", {"Zárolt Zoltán"}),
+                 1);
         screen->close();
     }
 
@@ -271,16 +274,24 @@ private slots:
         QTest::addColumn<QString>("condition");
         QTest::addColumn<QString>("code");
         QTest::addColumn<bool>("starts");
-        QTest::newRow("locked") << "locked" << "zarolt" << false;
-        QTest::newRow("unreadable file") << "unreadable file" << "nemolvashato" << false;
-        QTest::newRow("unreadable folder") << "unreadable folder" << "nemolvashato" << false;
-        QTest::newRow("read-only file") << "read-only file" << "olvasomod" << true;
-        QTest::newRow("read-only folder") << "read-only folder" << "olvasomod" << true;
+        QTest::newRow("locked") << "locked"
+                                << "zarolt" << false;
+        QTest::newRow("unreadable file") << "unreadable file"
+                                         << "nemolvashato" << false;
+        QTest::newRow("unreadable folder") << "unreadable folder"
+                                           << "nemolvashato" << false;
+        QTest::newRow("read-only file") << "read-only file"
+                                        << "olvasomod" << true;
+        QTest::newRow("read-only folder") << "read-only folder"
+                                          << "olvasomod" << true;
         // A damaged file is found by the look at its structure, which runs once the program is
         // up; from then on nothing is written into it.
-        QTest::newRow("damaged page") << "damaged" << "serult" << true;
-        QTest::newRow("not a database") << "text" << "nemcausora" << false;
-        QTest::newRow("another database") << "foreign" << "nemcausora" << false;
+        QTest::newRow("damaged page") << "damaged"
+                                      << "serult" << true;
+        QTest::newRow("not a database") << "text"
+                                        << "nemcausora" << false;
+        QTest::newRow("another database") << "foreign"
+                                          << "nemcausora" << false;
     }
     void startUpTellsFailuresApart()
     {

@@ -21,7 +21,8 @@ namespace {
 QString templateFolder(bool demo)
 {
     static QTemporaryDir templates;
-    const QString folder = templates.filePath(demo ? QStringLiteral("demo") : QStringLiteral("plain"));
+    const QString folder
+            = templates.filePath(demo ? QStringLiteral("demo") : QStringLiteral("plain"));
     if (!QFile::exists(folder + QStringLiteral("/causora.mdb"))) {
         QString error;
         if (!store::prepareDataFolder(folder, demo, &error))
@@ -98,8 +99,8 @@ TestFolder::TestFolder(bool demo)
     QDir().mkpath(programFolder());
     QDir().mkpath(dataFolder());
     m_valid = QFile::copy(source + QStringLiteral("/causora.mdb"), dataFile())
-            && QFile::copy(source + QStringLiteral("/caujog.mdw"),
-                           dataFolder() + QStringLiteral("/caujog.mdw"));
+              && QFile::copy(source + QStringLiteral("/caujog.mdw"),
+                             dataFolder() + QStringLiteral("/caujog.mdw"));
     Session::instance().reset();
     platform::setProgramFolder(programFolder());
     installUnexpectedMessageHandler();

@@ -3,9 +3,9 @@
 #include "platform/Database.h"
 #include "platform/Messages.h"
 
+#include <deque>
 #include <QList>
 #include <QTemporaryDir>
-#include <deque>
 
 namespace testsupport {
 
