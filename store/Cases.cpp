@@ -4,7 +4,6 @@ namespace store {
 
 namespace {
 const QString table = QStringLiteral("ugyek");
-const QString byNumber = QStringLiteral("ugyszam = ?");
 } // namespace
 
 platform::Row Cases::find(const QString& ugyszam, QString* error) const
@@ -34,29 +33,12 @@ Written Cases::add(const QVariantMap& values)
 
 Written Cases::change(const QString& ugyszam, const QVariantMap& values)
 {
-    QString error;
-    platform::Transaction t(m_db, &error);
-    if (!t.isActive())
-        return Written::failed(m_db, error);
-    int changed = 0;
-    if (!m_db.update(table, values, byNumber, {ugyszam}, &error, &changed))
-        return Written::failed(m_db, error);
-    if (changed == 0)
-        return {Written::Gone, platform::Failure::None, QString(), ugyszam};
-    if (!t.commit(&error))
-        return Written::failed(m_db, error);
-    return {Written::Stored, platform::Failure::None, QString(), ugyszam};
+    return changeRow(m_db, table, QStringLiteral("ugyszam"), ugyszam, values);
 }
 
 Written Cases::remove(const QString& ugyszam)
 {
-    QString error;
-    int changed = 0;
-    if (!m_db.remove(table, byNumber, {ugyszam}, &error, &changed))
-        return Written::failed(m_db, error);
-    if (changed == 0)
-        return {Written::Gone, platform::Failure::None, QString(), ugyszam};
-    return {Written::Stored, platform::Failure::None, QString(), ugyszam};
+    return removeRow(m_db, table, QStringLiteral("ugyszam"), ugyszam);
 }
 
 platform::ListQuery Cases::list()

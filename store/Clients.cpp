@@ -51,42 +51,16 @@ Written Clients::add(const QVariantMap& values)
 
 Written Clients::change(const QVariant& ukod, const QVariantMap& values)
 {
-    QString error;
-    platform::Transaction t(m_db, &error);
-    if (!t.isActive())
-        return Written::failed(m_db, error);
-    int changed = 0;
-    if (!m_db.update(table, withSortKey(values), QStringLiteral("ukod = ?"), {ukod}, &error,
-                     &changed))
-        return Written::failed(m_db, error);
-    if (changed == 0)
-        return {Written::Gone, platform::Failure::None, QString(), ukod};
-    if (!t.commit(&error))
-        return Written::failed(m_db, error);
-    return {Written::Stored, platform::Failure::None, QString(), ukod};
+    return changeRow(m_db, table, QStringLiteral("ukod"), ukod, withSortKey(values));
 }
 
 Written Clients::remove(const QVariant& ukod)
 {
-    QString error;
-    platform::Transaction t(m_db, &error);
-    if (!t.isActive())
-        return Written::failed(m_db, error);
-    const platform::Row firstCase
-            = m_db.first(QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyfelkod = ? LIMIT 1"),
-                         {ukod}, &error);
-    if (!error.isEmpty())
-        return Written::failed(m_db, error);
-    if (!firstCase.isEmpty())
-        return {Written::InUse, platform::Failure::None, QString(), ukod};
-    int changed = 0;
-    if (!m_db.remove(table, QStringLiteral("ukod = ?"), {ukod}, &error, &changed))
-        return Written::failed(m_db, error);
-    if (changed == 0)
-        return {Written::Gone, platform::Failure::None, QString(), ukod};
-    if (!t.commit(&error))
-        return Written::failed(m_db, error);
-    return {Written::Stored, platform::Failure::None, QString(), ukod};
+    return removeRow(m_db, table, QStringLiteral("ukod"), ukod, [&](QString* error) {
+        return !m_db.first(QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyfelkod = ? LIMIT 1"),
+                           {ukod}, error)
+                        .isEmpty();
+    });
 }
 
 platform::ListQuery Clients::list()

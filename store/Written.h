@@ -2,8 +2,10 @@
 
 #include "platform/Database.h"
 
+#include <functional>
 #include <QString>
 #include <QVariant>
+#include <QVariantMap>
 
 namespace store {
 
@@ -28,5 +30,14 @@ struct Written
         return {Failed, db.lastFailure(), text, QVariant()};
     }
 };
+
+// Changes the row of that key in one write transaction: Gone when no such row is left.
+Written changeRow(platform::Database& db, const QString& table, const QString& keyColumn,
+                  const QVariant& key, const QVariantMap& values);
+
+// Deletes the row of that key in one write transaction. inUse, when given, looks inside the same
+// transaction whether other rows still need the row (InUse then); Gone when it was not there.
+Written removeRow(platform::Database& db, const QString& table, const QString& keyColumn,
+                  const QVariant& key, const std::function<bool(QString* error)>& inUse = nullptr);
 
 } // namespace store

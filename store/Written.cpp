@@ -1,0 +1,57 @@
+#include "store/Written.h"
+
+namespace store {
+
+namespace {
+
+Written outcome(Written::Result result, const QVariant& key)
+{
+    return {result, platform::Failure::None, QString(), key};
+}
+
+} // namespace
+
+Written changeRow(platform::Database& db, const QString& table, const QString& keyColumn,
+                  const QVariant& key, const QVariantMap& values)
+{
+    QString error;
+    platform::Transaction t(db, &error);
+    if (!t.isActive())
+        return Written::failed(db, error);
+    int changed = 0;
+    if (!db.update(table, values, platform::Database::quoteName(keyColumn) + QStringLiteral(" = ?"),
+                   {key}, &error, &changed))
+        return Written::failed(db, error);
+    if (changed == 0)
+        return outcome(Written::Gone, key);
+    if (!t.commit(&error))
+        return Written::failed(db, error);
+    return outcome(Written::Stored, key);
+}
+
+Written removeRow(platform::Database& db, const QString& table, const QString& keyColumn,
+                  const QVariant& key, const std::function<bool(QString* error)>& inUse)
+{
+    QString error;
+    platform::Transaction t(db, &error);
+    if (!t.isActive())
+        return Written::failed(db, error);
+    if (inUse) {
+        const bool used = inUse(&error);
+        if (!error.isEmpty())
+            return Written::failed(db, error);
+        if (used)
+            return outcome(Written::InUse, key);
+    }
+    int changed = 0;
+    if (!db.remove(table, platform::Database::quoteName(keyColumn) + QStringLiteral(" = ?"), {key},
+                   &error, &changed))
+        return Written::failed(db, error);
+    if (changed == 0)
+        return outcome(Written::Gone, key);
+    if (!t.commit(&error))
+        return Written::failed(db, error);
+    return outcome(Written::Stored, key);
+}
+
+} // namespace store
