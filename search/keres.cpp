@@ -153,7 +153,7 @@ void keres::oszlopok()
 
 void keres::g1_Click()
 {
-    if (!jogos(8, this))
+    if (!jogos(Right::NewRecord, this))
         return;
     // An entry in progress on the register screen is answered for before anything changes.
     if (!registerGivesWay())
