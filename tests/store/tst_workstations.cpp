@@ -4,6 +4,7 @@
 
 #include "clients/Install.h"
 #include "locale/Uzenet.h"
+#include "locale/felir.h"
 #include "platform/Display.h"
 #include "platform/ListSource.h"
 #include "search/keres.h"
@@ -15,6 +16,7 @@
 #include <atomic>
 #include <memory>
 #include <sys/stat.h>
+#include <QApplication>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -173,6 +175,37 @@ private slots:
         again.findChild<QLineEdit*>("ker1")->setText("Másik");
         again.szukites();
         QCOMPARE(again.forras().rowCount(), 2);
+    }
+
+    // Every other screen that reads as it is shown holds no lock either: the client screen on
+    // its list, the caption editor's grid. Another desk saves at once while each is up.
+    void eachScreenShownLetsOthersWrite_data()
+    {
+        QTest::addColumn<QString>("screen");
+        QTest::newRow("client screen") << "Ugyfelek";
+        QTest::newRow("caption editor") << "felir";
+    }
+    void eachScreenShownLetsOthersWrite()
+    {
+        QFETCH(QString, screen);
+        fill(600, 1);
+        OtherDesk other(m_folder->dataFile());
+        std::unique_ptr<QWidget> shown;
+        QWidget search;
+        if (screen == "Ugyfelek") {
+            clients::install(Session::instance().screens);
+            Session::instance().screens.showClient({"300", store::Clients::list(), &search});
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (w->objectName() == "Ugyfelek")
+                    shown.reset(w);
+        } else {
+            shown = std::make_unique<felir>();
+            shown->show();
+        }
+        QVERIFY(shown && shown->isVisible());
+        QCoreApplication::processEvents();
+        const Written w = store::Clients(other.db).add({{"unev1", "Másik asztal"}});
+        QVERIFY2(w.stored(), qPrintable(w.engineText));
     }
 
     // Deleting a client and adding a case for it on another desk: whichever comes first wins,
