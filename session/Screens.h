@@ -29,6 +29,12 @@ struct Screens
     std::function<void(const QString& tipus)> showSearch; // "1" clients, "2" cases
     std::function<void(const QString& hivo)>
             showLookupList; // "1" countries, "2" types, "3" lawyers
+    // From the case screen (hivo "11", "12" countries, "21" types, "31" lawyers): the editor is
+    // shown, not modal; when it closes it calls closed with the entry added last (empty when
+    // none), and the case screen writes it into its field and refills its choice lists.
+    std::function<void(const QString& hivo, QWidget* caseScreen,
+                       std::function<void(const QString& added)> closed)>
+            addToLookupList;
     std::function<void()> showUsers;
     std::function<void()> showParameters;
     std::function<void()> showPostalCodes;

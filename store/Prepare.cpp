@@ -41,6 +41,19 @@ QList<QStringList> readTable(const QString& resource, QChar separator, QString* 
     return rows;
 }
 
+// The rows of a catalogue: every "<name>*.tsv" of the catalogue folder, in name order, so each
+// part of the program ships its own captions and messages.
+QList<QStringList> readCatalogue(const QString& name, QString* error)
+{
+    initStoreResources();
+    QList<QStringList> rows;
+    const QDir folder(QStringLiteral(":/store/catalogue"));
+    for (const QString& file :
+         folder.entryList({name + QStringLiteral("*.tsv")}, QDir::Files, QDir::Name))
+        rows << readTable(folder.filePath(file), u'\t', error);
+    return rows;
+}
+
 bool fillBase(platform::Database& db, QString* error)
 {
     return db.insert(QStringLiteral("parameterek"),
@@ -83,15 +96,14 @@ bool fillBase(platform::Database& db, QString* error)
 
 } // namespace
 
-bool fillCatalogue(platform::Database& db, QString* error)
+namespace {
+
+// The caption rows of the catalogue by screen key: felirkod and one column per language and
+// control.
+QMap<QString, QVariantMap> catalogueCaptions(QString* error)
 {
-    // Captions: one row per screen key, one column per language and control.
     QMap<QString, QVariantMap> captions;
-    const auto captionLines
-            = readTable(QStringLiteral(":/store/catalogue/felirat.tsv"), u'\t', error);
-    if (captionLines.isEmpty())
-        return false;
-    for (const QStringList& f : captionLines) {
+    for (const QStringList& f : readCatalogue(QStringLiteral("felirat"), error)) {
         if (f.size() < 5)
             continue;
         QVariantMap& row = captions[f.at(0)];
@@ -99,13 +111,22 @@ bool fillCatalogue(platform::Database& db, QString* error)
         for (int lang = 1; lang <= 3; ++lang)
             row.insert(QString::number(lang) + f.at(1), f.at(1 + lang));
     }
+    return captions;
+}
+
+} // namespace
+
+bool fillCatalogue(platform::Database& db, QString* error)
+{
+    const QMap<QString, QVariantMap> captions = catalogueCaptions(error);
+    if (captions.isEmpty())
+        return false;
     for (const QVariantMap& row : captions) {
         if (!db.insert(QStringLiteral("felirat"), row, nullptr, error))
             return false;
     }
 
-    const auto messageLines
-            = readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', error);
+    const auto messageLines = readCatalogue(QStringLiteral("uzenetek"), error);
     if (messageLines.isEmpty())
         return false;
     for (const QStringList& f : messageLines) {
@@ -124,8 +145,7 @@ bool fillCatalogue(platform::Database& db, QString* error)
 
 QString catalogueMessage(const QString& code, int language)
 {
-    static const QList<QStringList> lines
-            = readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr);
+    static const QList<QStringList> lines = readCatalogue(QStringLiteral("uzenetek"), nullptr);
     for (const QStringList& f : lines) {
         if (f.size() >= 4 && f.at(0).compare(code, Qt::CaseInsensitive) == 0)
             return language >= 1 && language <= 3 ? f.at(language) : QString();
@@ -133,13 +153,24 @@ QString catalogueMessage(const QString& code, int language)
     return code;
 }
 
+void addMissingCaptions(platform::Database& db)
+{
+    // A screen the office's file has no row for gets the program's row; rows the office has
+    // (and may have edited) are left as they are.
+    for (const QVariantMap& row : catalogueCaptions(nullptr)) {
+        if (db.first(QStringLiteral("SELECT felirkod FROM felirat WHERE felirkod = ? COLLATE HU"),
+                     {row.value(QStringLiteral("felirkod"))})
+                    .isEmpty())
+            db.insert(QStringLiteral("felirat"), row);
+    }
+}
+
 void addMissingMessages(platform::Database& db)
 {
     QStringList known;
     for (const platform::Row& r : db.select(QStringLiteral("SELECT uzenkod FROM uzenetek")))
         known << r.text(QStringLiteral("uzenkod")).toLower();
-    for (const QStringList& f :
-         readTable(QStringLiteral(":/store/catalogue/uzenetek.tsv"), u'\t', nullptr)) {
+    for (const QStringList& f : readCatalogue(QStringLiteral("uzenetek"), nullptr)) {
         if (f.size() < 4 || known.contains(f.at(0).toLower()))
             continue;
         db.insert(QStringLiteral("uzenetek"), {{QStringLiteral("uzenkod"), f.at(0)},

@@ -18,6 +18,8 @@ bool fillCatalogue(platform::Database& db, QString* error);
 QString catalogueMessage(const QString& code, int language);
 // Adds the messages of the catalogue that an older data file does not have yet.
 void addMissingMessages(platform::Database& db);
+// Adds the caption row of every screen the file has none for (screens newer than the file).
+void addMissingCaptions(platform::Database& db);
 bool fillPostalCodes(platform::Database& db, QString* error);
 bool fillDemoData(platform::Database& db, QString* error);
 

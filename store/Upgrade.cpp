@@ -175,6 +175,7 @@ void adatfrissites(platform::Database& db)
 
     // Messages added to the catalogue since the file was made.
     addMissingMessages(db);
+    addMissingCaptions(db);
 
     // 7. and 8. Hungarian captions of newer labels.
     fillCaptions(db, QStringLiteral("ugyek"),
