@@ -338,57 +338,6 @@ bool Database::openUnchecked(const QString& dataFile, QString* error)
     return openConnection(dataFile, false, false, error);
 }
 
-namespace {
-
-// Counts virtual machine steps so that a structure check can be stopped after its budget.
-struct Budget
-{
-    QElapsedTimer clock;
-    qint64 limitMs;
-    bool stopped = false;
-};
-
-int overBudget(void* arg)
-{
-    auto* b = static_cast<Budget*>(arg);
-    b->stopped = b->clock.elapsed() > b->limitMs;
-    return b->stopped ? 1 : 0;
-}
-
-} // namespace
-
-bool Database::checkStructure(int budgetMs, QString* error)
-{
-    QSqlDatabase db = connection();
-    const QVariant v = db.driver()->handle();
-    if (qstrcmp(v.typeName(), "sqlite3*") != 0)
-        return true;
-    sqlite3* handle = *static_cast<sqlite3* const*>(v.constData());
-    Budget budget{QElapsedTimer(), budgetMs};
-    budget.clock.start();
-    sqlite3_progress_handler(handle, 1000, overBudget, &budget);
-    QStringList problems;
-    {
-        QSqlQuery q(db);
-        q.setForwardOnly(true);
-        if (q.exec(QStringLiteral("PRAGMA quick_check(10)"))) {
-            while (q.next())
-                problems << q.value(0).toString();
-        } else if (!budget.stopped) {
-            failOn(q.lastError(), error);
-            if (m_failure != Failure::Busy)
-                m_damaged = true;
-            sqlite3_progress_handler(handle, 0, nullptr, nullptr);
-            return m_failure == Failure::Busy;
-        }
-    }
-    sqlite3_progress_handler(handle, 0, nullptr, nullptr);
-    // A check cut short by its budget found nothing in the part it looked at.
-    if (problems.isEmpty() || problems == QStringList{QStringLiteral("ok")})
-        return true;
-    return fail(Failure::Damaged, problems.join(u' '), error);
-}
-
 StructureCheck* Database::startStructureCheck(int budgetMs)
 {
     m_check = std::make_unique<StructureCheck>(m_filePath, budgetMs);

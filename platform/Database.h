@@ -106,11 +106,8 @@ public:
     bool writable(QString* error = nullptr) const { return writeAllowed(error); }
     // What an error reported by Qt SQL on this connection means; a damaged file is noted.
     Failure failureOf(const QSqlError& e) const;
-    // A quick look at the file's structure, stopped after about budgetMs milliseconds so that
-    // a start stays quick on a large register. False (and the file marked damaged) when the
-    // part looked at is broken.
-    bool checkStructure(int budgetMs, QString* error = nullptr);
-    // The same look, made in the background on a connection of its own so that the program
+    // A quick look at the file's structure (SQLite's quick_check), stopped after about budgetMs
+    // milliseconds, made in the background on a connection of its own so that the program
     // is ready at once. Writes wait for it to end; when it finds damage the file is marked
     // damaged (no write starts) and the check's finished() signal says so.
     StructureCheck* startStructureCheck(int budgetMs);
