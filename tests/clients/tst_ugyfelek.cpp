@@ -16,7 +16,6 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
-#include <QWheelEvent>
 
 using clients::Ugyfelek;
 
@@ -219,32 +218,6 @@ private slots:
         QCOMPARE(field("nev1")->text(), QString("Farkas Mária"));
         QVERIFY(field("nev1")->isReadOnly() && !button("g5")->isEnabled());
         QVERIFY(!stored("15").isEmpty());
-    }
-    // A shown client's country box is locked like its text fields: the mouse wheel or the
-    // arrow keys leave it, so a change and save that follow store the country it showed.
-    void lockedCountryTakesNoChange_data()
-    {
-        QTest::addColumn<bool>("wheel");
-        QTest::newRow("mouse wheel") << true;
-        QTest::newRow("arrow key") << false;
-    }
-    void lockedCountryTakesNoChange()
-    {
-        QFETCH(bool, wheel);
-        open("15");
-        orszag()->setFocus();
-        if (wheel) {
-            const QPointF at(orszag()->width() / 2, orszag()->height() / 2);
-            QWheelEvent turn(at, orszag()->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton,
-                             Qt::NoModifier, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(orszag(), &turn);
-        } else {
-            QTest::keyClick(orszag(), Qt::Key_Down);
-        }
-        QCOMPARE(orszag()->currentText(), QString("Magyarország"));
-        click("g4");
-        click("g5");
-        QCOMPARE(stored("15").text("uorszag"), QString("Magyarország"));
     }
     void activatingKeepsEachCountryOnce()
     {
