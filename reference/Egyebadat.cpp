@@ -4,6 +4,7 @@
 
 #include "locale/Felirat.h"
 #include "locale/Uzenet.h"
+#include "session/Session.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -243,6 +244,10 @@ void Egyebadat::g5_Click()
             m_added.clear();
     } else {
         m_added.clear();
+        // The session's default lawyer follows, so new cases take the name the list holds.
+        Session& session = Session::instance();
+        if (listOf(hivo()) == store::LookupList::Lawyers && session.defaultLawyer == oldName)
+            session.defaultLawyer = written.key.toString();
     }
     m_ui->ujadatom->clear();
     m_ui->ujadat->clear();

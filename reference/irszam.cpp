@@ -120,8 +120,7 @@ void irszam::showList(const platform::ListQuery& list, const QString& place)
 
 bool irszam::mayDrop()
 {
-    if (!m_form->isEntering()
-        || (m_ui->irsz->text().isEmpty() && m_ui->hely->text().isEmpty()))
+    if (!m_form->isEntering() || (m_ui->irsz->text().isEmpty() && m_ui->hely->text().isEmpty()))
         return true;
     if (uzenet(QStringLiteral("ments"), platform::Confirmation, this) != platform::AnswerYes)
         return false;
@@ -223,8 +222,8 @@ void irszam::g3_Click()
         if (!reportWrite(written, module, QStringLiteral("g3"), this))
             return;
     } else if (m_mode == Changing) {
-        const store::Written written = codes.change(m_key, m_ui->orszag->text(),
-                                                    m_ui->irsz->text(), m_ui->hely->text());
+        const store::Written written
+                = codes.change(m_key, m_ui->orszag->text(), m_ui->irsz->text(), m_ui->hely->text());
         if (!reportWrite(written, module, QStringLiteral("g3"), this)) {
             // Deleted meanwhile on another workstation: the entry stays, and the next save
             // stores it as a new row.

@@ -53,10 +53,10 @@ QStringList Lookups::names(QString* error) const
 {
     const QString col = column(m_list);
     QStringList result;
-    const platform::Rows rows = m_db.select(
-            QStringLiteral("SELECT %1 FROM %2 ORDER BY %1 COLLATE %3, %1")
-                    .arg(col, table(m_list), QLatin1String(platform::collation)),
-            {}, error);
+    const platform::Rows rows
+            = m_db.select(QStringLiteral("SELECT %1 FROM %2 ORDER BY %1 COLLATE %3, %1")
+                                  .arg(col, table(m_list), QLatin1String(platform::collation)),
+                          {}, error);
     for (const platform::Row& row : rows)
         result << row.text(col);
     return result;
@@ -115,8 +115,9 @@ Written Lookups::rename(const QString& from, const QString& to)
         return outcome(Written::Exists, entry);
     int changed = 0;
     const QString col = column(m_list);
-    if (!m_db.update(table(m_list), {{col, entry}}, platform::Database::quoteName(col) + QStringLiteral(" = ?"),
-                     {from}, &error, &changed)) {
+    if (!m_db.update(table(m_list), {{col, entry}},
+                     platform::Database::quoteName(col) + QStringLiteral(" = ?"), {from}, &error,
+                     &changed)) {
         if (m_db.lastFailure() == platform::Failure::Refused)
             return outcome(Written::Exists, entry);
         return Written::failed(m_db, error);
@@ -147,8 +148,8 @@ Written Lookups::remove(const QString& name, bool* lastEntry)
     }
     int changed = 0;
     const QString col = column(m_list);
-    if (!m_db.remove(table(m_list), platform::Database::quoteName(col) + QStringLiteral(" = ?"), {name}, &error,
-                     &changed)) {
+    if (!m_db.remove(table(m_list), platform::Database::quoteName(col) + QStringLiteral(" = ?"),
+                     {name}, &error, &changed)) {
         // The file's related-records rule: rows of other tables still name the entry.
         if (m_db.lastFailure() == platform::Failure::Refused)
             return outcome(Written::InUse, name);

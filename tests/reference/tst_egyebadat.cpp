@@ -79,8 +79,8 @@ private slots:
         QTest::addColumn<QString>("hivo");
         QTest::addColumn<QStringList>("entries");
         QTest::addColumn<QString>("title");
-        const QStringList countries{"Ausztria",   "Horvátország", "Magyarország", "Németország",
-                                    "Románia",    "Szerbia",      "Szlovákia"};
+        const QStringList countries{"Ausztria", "Horvátország", "Magyarország", "Németország",
+                                    "Románia",  "Szerbia",      "Szlovákia"};
         const QStringList types{"Büntetőügy",    "Cégügy",       "Családjogi ügy", "Ingatlanügy",
                                 "Munkajogi ügy", "Öröklési ügy", "Polgári ügy"};
         QTest::newRow("1") << "1" << countries << "Országok";
@@ -135,13 +135,18 @@ private slots:
         QTest::addColumn<QString>("setup");
         QTest::addColumn<QString>("told"); // after "torol"
         QTest::addColumn<bool>("kept");
-        QTest::newRow("unused") << "Cégügy" << "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'"
+        QTest::newRow("unused") << "Cégügy"
+                                << "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'"
                                 << "" << false;
-        QTest::newRow("used") << "" << "" << "nemtorol" << true;
+        QTest::newRow("used") << ""
+                              << ""
+                              << "nemtorol" << true;
         QTest::newRow("last") << "Cégügy"
                               << "DELETE FROM ugyek; DELETE FROM tipusok WHERE tipus <> 'Cégügy'"
                               << "" << true;
-        QTest::newRow("locked elsewhere") << "Cégügy" << "lock" << "foglalt" << true;
+        QTest::newRow("locked elsewhere") << "Cégügy"
+                                          << "lock"
+                                          << "foglalt" << true;
     }
     void deleting()
     {
@@ -173,14 +178,15 @@ private slots:
         QTEST(listed().contains(entry), "kept");
     }
 
-    // A renamed lawyer is renamed in the cases and the users' default lawyer; a name another
-    // entry has says "vanmar" and keeps the old entry and the renaming open.
+    // A renamed lawyer is renamed in the cases, the users' and the session's default lawyer; a name
+    // another entry has says "vanmar" and keeps the old entry and the renaming open.
     void renaming()
     {
         const QString lawyer = db().scalar("SELECT ugyved FROM ugyek LIMIT 1").toString();
         const int cases = count("SELECT count(*) FROM ugyek WHERE ugyved = ?", {lawyer});
         QVERIFY(cases > 0);
         QVERIFY(db().exec("UPDATE felhasznalo SET alapugyv = ?", {lawyer}));
+        Session::instance().defaultLawyer = lawyer;
         const QString other
                 = db().scalar("SELECT ugyvednev FROM ugyvedek WHERE ugyvednev <> ?", {lawyer})
                           .toString();
@@ -196,12 +202,12 @@ private slots:
 
         edit("ujadat")->setText("Dr. Átnevezett Ügyvéd");
         button("g5")->click();
-        QCOMPARE(count("SELECT count(*) FROM ugyek WHERE ugyved = 'Dr. Átnevezett Ügyvéd'"),
-                 cases);
+        QCOMPARE(count("SELECT count(*) FROM ugyek WHERE ugyved = 'Dr. Átnevezett Ügyvéd'"), cases);
         QCOMPARE(count("SELECT count(*) FROM ugyek, felhasznalo WHERE ugyved = ? OR alapugyv = ?",
                        {lawyer, lawyer}),
                  0);
         QVERIFY(listed().contains("Dr. Átnevezett Ügyvéd") && !listed().contains(lawyer));
+        QCOMPARE(Session::instance().defaultLawyer, QString("Dr. Átnevezett Ügyvéd"));
     }
 
     // From the case screen: the editor closes to the case screen and hands over the entry added
@@ -211,8 +217,8 @@ private slots:
         QTest::addColumn<QStringList>("added");
         QTest::addColumn<bool>("deleteAfter");
         QTest::addColumn<QString>("handed");
-        QTest::newRow("two added") << QStringList{"Első típus", "Második típus"} << false
-                                   << "Második típus";
+        QTest::newRow("two added")
+                << QStringList{"Első típus", "Második típus"} << false << "Második típus";
         QTest::newRow("none added") << QStringList{} << false << "";
         QTest::newRow("deleted after") << QStringList{"Első típus"} << true << "";
     }
@@ -277,10 +283,18 @@ private slots:
         QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("screen");
         QTest::addColumn<QString>("hivo");
-        QTest::newRow("countries") << "g5" << "Egyebadat" << "1";
-        QTest::newRow("case types") << "g6" << "Egyebadat" << "2";
-        QTest::newRow("lawyers") << "g7" << "Egyebadat" << "3";
-        QTest::newRow("postal codes") << "g10" << "irszam" << "";
+        QTest::newRow("countries") << "g5"
+                                   << "Egyebadat"
+                                   << "1";
+        QTest::newRow("case types") << "g6"
+                                    << "Egyebadat"
+                                    << "2";
+        QTest::newRow("lawyers") << "g7"
+                                 << "Egyebadat"
+                                 << "3";
+        QTest::newRow("postal codes") << "g10"
+                                      << "irszam"
+                                      << "";
     }
     void menuOpensTheScreens()
     {

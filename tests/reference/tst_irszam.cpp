@@ -93,12 +93,13 @@ private slots:
         QStringList shown;
         for (int c = 0; c < grid()->model()->columnCount(); ++c)
             if (!grid()->isColumnHidden(c))
-                shown << QString("%1 %2").arg(grid()->model()->headerData(c, Qt::Horizontal).toString())
+                shown << QString("%1 %2")
+                                 .arg(grid()->model()->headerData(c, Qt::Horizontal).toString())
                                  .arg(grid()->columnWidth(c));
         const auto px = [](int twips) { return platform::twipsToPixels(twips); };
-        QCOMPARE(shown, (QStringList{QString("Postcode %1").arg(px(800)),
-                                     QString("Town %1").arg(px(2400)),
-                                     QString("Country %1").arg(px(1500))}));
+        QCOMPARE(shown,
+                 (QStringList{QString("Postcode %1").arg(px(800)), QString("Town %1").arg(px(2400)),
+                              QString("Country %1").arg(px(1500))}));
 
         chooseCountry("Magyarország");
         QCOMPARE(source->rowCount(), 256);
