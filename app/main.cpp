@@ -1,5 +1,6 @@
 #include "clients/Install.h"
 #include "locale/felir.h"
+#include "reference/Install.h"
 #include "search/Install.h"
 #include "session/Alap.h"
 #include "session/Session.h"
@@ -56,6 +57,7 @@ int main(int argc, char** argv)
     installCaptionEditor(&menu);
     search::install(screens);
     clients::install(screens);
+    reference::install(screens, Session::instance().database);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();

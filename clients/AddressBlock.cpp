@@ -3,6 +3,7 @@
 #include "clients/ComboAutoComplete.h"
 #include "locale/Uzenet.h"
 #include "session/Session.h"
+#include "store/PostalCodes.h"
 
 #include <QComboBox>
 #include <QFocusEvent>
@@ -40,11 +41,7 @@ QString irszhelybol(const QString& country, const QString& place)
         uzenet(QStringLiteral("nincsorsz"), platform::Notice);
         return QString();
     }
-    const platform::Row row = Session::instance().database.first(
-            QStringLiteral("select IRSZ.* from IRSZ where (irsz.orszag = ? COLLATE HU"
-                           " AND irsz.hely = ? COLLATE HU) order by irsz.irszsorszam limit 1"),
-            {country, place});
-    return row.text(QStringLiteral("irsz"));
+    return store::PostalCodes(Session::instance().database).codeOf(country, place);
 }
 
 AddressBlock::AddressBlock(QComboBox* country, QLineEdit* postalCode, QLineEdit* place,
@@ -107,13 +104,8 @@ void AddressBlock::irszbolhely()
         }
     }
 
-    const platform::Rows rows = Session::instance().database.select(
-            QStringLiteral("select IRSZ.* from IRSZ where (irsz.orszag = ? COLLATE HU"
-                           " AND irsz.irsz = ?) order by irsz.irszsorszam"),
-            {country, code});
     m_placeList->clear();
-    for (const platform::Row& row : rows)
-        m_placeList->addItem(row.text(QStringLiteral("hely")));
+    m_placeList->addItems(store::PostalCodes(Session::instance().database).places(country, code));
 
     QString chosen;
     if (m_placeList->count() == 1) {

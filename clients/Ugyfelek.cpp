@@ -10,6 +10,7 @@
 #include "platform/Display.h"
 #include "platform/Messages.h"
 #include "store/Clients.h"
+#include "store/Lookups.h"
 
 #include <QButtonGroup>
 #include <QCloseEvent>
@@ -121,10 +122,8 @@ void Ugyfelek::Activate()
     {
         const QSignalBlocker blocker(m_ui->orszag);
         m_ui->orszag->clear();
-        const platform::Rows rows = Session::instance().database.select(
-                QStringLiteral("select * from Orszagok order by orszagnev COLLATE HU"));
-        for (const platform::Row& row : rows)
-            m_ui->orszag->addItem(row.text(QStringLiteral("orszagnev")));
+        m_ui->orszag->addItems(
+                store::Lookups(Session::instance().database, store::LookupList::Countries).names());
         m_ui->orszag->setCurrentIndex(-1);
         m_ui->orszag->setEditText(shown);
     }

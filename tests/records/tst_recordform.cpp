@@ -5,6 +5,8 @@
 #include "clients/Install.h"
 #include "clients/Ugyfelek.h"
 #include "locale/Uzenet.h"
+#include "reference/Egyebadat.h"
+#include "reference/irszam.h"
 #include "session/Session.h"
 #include "store/Clients.h"
 
@@ -16,6 +18,8 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QTableView>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -36,10 +40,87 @@ QWidget* openClient(QWidget* caller, const QString& key)
     return nullptr;
 }
 
-const QMap<QString, Opener>& screens()
+// A record screen under test: how it is opened, the command buttons whose states the rows
+// give, the steps that are not a button ("pick": the user chooses a row or an entry), what is
+// typed before a save, and the mode it shows (its hivo field unless told otherwise).
+struct ScreenUnderTest
 {
-    static const QMap<QString, Opener> map = {
-            {"Ugyfelek", [](QWidget* caller) { return openClient(caller, "15"); }},
+    Opener open;
+    QStringList buttons{"g3", "g4", "g5", "g6", "g7"};
+    std::function<void(QWidget*, const QString& step)> act;
+    std::function<QString(QWidget*)> mode;
+};
+
+QString hivoOf(QWidget* screen)
+{
+    return screen->findChild<QLineEdit*>("hivo")->text();
+}
+
+QWidget* shown(QWidget* screen)
+{
+    screen->setAttribute(Qt::WA_DeleteOnClose);
+    screen->show();
+    return screen;
+}
+
+// The lookup-list editor on the case types, as the main menu opens it.
+QWidget* openLookupList(QWidget*)
+{
+    auto* screen = new reference::Egyebadat(Session::instance().database);
+    screen->setHivo("2");
+    return shown(screen);
+}
+
+void actOnLookupList(QWidget* screen, const QString& step)
+{
+    if (step == "pick") {
+        auto* list = screen->findChild<QListWidget*>("adatlst");
+        emit list->itemClicked(list->item(0));
+    } else if (step == "g5") {
+        screen->findChild<QLineEdit*>("ujadat")->setText("Átnevezett típus");
+    }
+}
+
+// The postal-code register with Hungary chosen.
+QWidget* openPostalCodes(QWidget*)
+{
+    auto* screen = shown(new reference::irszam(Session::instance().database));
+    auto* countries = screen->findChild<QListWidget*>("orszlst");
+    countries->setCurrentItem(countries->findItems("Magyarország", Qt::MatchExactly).first());
+    emit countries->itemClicked(countries->currentItem());
+    return screen;
+}
+
+void actOnPostalCodes(QWidget* screen, const QString& step)
+{
+    if (step == "pick") {
+        auto* grid = screen->findChild<QTableView*>("DataGrid2");
+        grid->setCurrentIndex(grid->model()->index(3, 1));
+        emit grid->activated(grid->currentIndex());
+    } else if (step == "g3") {
+        screen->findChild<QLineEdit*>("hely")->setText("Mentett hely");
+    }
+}
+
+const QMap<QString, ScreenUnderTest>& screens()
+{
+    static const QMap<QString, ScreenUnderTest> map = {
+            {"Ugyfelek",
+             {[](QWidget* caller) { return openClient(caller, "15"); },
+              {"g3", "g4", "g5", "g6", "g7"},
+              [](QWidget* screen, const QString& step) {
+                  if (step == "g5")
+                      screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
+              },
+              hivoOf}},
+            {"Egyebadat", {openLookupList, {"g1", "g2", "g4", "g5"}, actOnLookupList, hivoOf}},
+            {"irszam",
+             {openPostalCodes,
+              {"g1", "g2", "g3", "g4"},
+              actOnPostalCodes,
+              [](QWidget* screen) {
+                  return QString::number(qobject_cast<reference::irszam*>(screen)->mode());
+              }}},
     };
     return map;
 }
@@ -57,10 +138,10 @@ class tst_recordform : public QObject
     {
         return m_screen->findChild<QAbstractButton*>(name);
     }
-    QString enabled()
+    QString enabled(const QStringList& buttons)
     {
         QStringList on;
-        for (const char* b : {"g3", "g4", "g5", "g6", "g7"})
+        for (const QString& b : buttons)
             if (button(b) && button(b)->isEnabled() && !button(b)->isHidden())
                 on << b;
         return on.join(' ');
@@ -107,22 +188,54 @@ private slots:
                                         << clientFields << QStringList{} << "";
         QTest::newRow("close refused") << "Ugyfelek" << QStringList{"g3", "g7:No"} << "g5 g7"
                                        << QStringList{} << clientFields << "1";
+
+        // The lookup-list editor: hivo names the list; the entry field is always open, and
+        // adding and deleting leave the buttons as they were.
+        const QStringList entry{"ujadat"};
+        const auto lookup = [&](const char* name, const QStringList& steps, const char* enabled) {
+            QTest::newRow(name) << "Egyebadat" << steps << enabled << QStringList{} << entry << "2";
+        };
+        lookup("list shown", {}, "g1");
+        lookup("list entry chosen", {"pick"}, "g2 g4");
+        lookup("list renaming", {"pick", "g4"}, "g5");
+        lookup("list renamed", {"pick", "g4", "g5"}, "g1");
+        lookup("list deleted", {"pick", "g2"}, "g2 g4");
+        lookup("list close refused", {"pick", "g4", "g3:No"}, "g5");
+
+        // The postal codes: the mode 0, 1 (new row) or 2 (change) in place of hivo. A saved row
+        // leaves the fields open and the mode as it was.
+        const QStringList codeFields{"irsz", "hely"};
+        const auto codes = [&](const char* name, const QStringList& steps, const char* enabled,
+                               bool open, const char* mode) {
+            QTest::newRow(name) << "irszam" << steps << enabled
+                                << (open ? QStringList{} : codeFields)
+                                << (open ? codeFields : QStringList{}) << mode;
+        };
+        codes("codes opened", {}, "g1 g4", false, "0");
+        codes("codes row shown", {"pick"}, "g1 g2 g4", false, "0");
+        codes("codes new", {"g1"}, "g3", true, "1");
+        codes("codes change", {"pick", "g2"}, "g3", true, "2");
+        codes("codes saved", {"pick", "g2", "g3"}, "g1 g2 g4", true, "2");
+        codes("new code saved", {"g1", "g3"}, "g1 g2 g4", true, "1");
+        codes("code deleted", {"pick", "g4"}, "g1 g2 g4", false, "0");
+        codes("codes close refused", {"g1", "g5:No"}, "g3", true, "1");
     }
     void stateTable()
     {
         QFETCH(QString, screen);
         QFETCH(QStringList, steps);
-        m_screen = screens().value(screen)(&m_caller);
+        const ScreenUnderTest& under = screens()[screen];
+        m_screen = under.open(&m_caller);
         QVERIFY(m_screen);
         testsupport::MessageRecorder boxes;
         for (const QString& step : steps) {
             const QStringList parts = step.split(':');
             boxes.answer(parts.value(1) == "No" ? platform::AnswerNo : platform::AnswerYes);
-            if (parts.first() == "g5")
-                m_screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
-            button(parts.first())->click();
+            under.act(m_screen, parts.first());
+            if (button(parts.first()))
+                button(parts.first())->click();
         }
-        QTEST(enabled(), "enabled");
+        QTEST(enabled(under.buttons), "enabled");
         QFETCH(QStringList, locked);
         QFETCH(QStringList, open);
         for (const QString& name : locked) {
@@ -139,7 +252,7 @@ private slots:
                            : option->isEnabled(),
                      qPrintable(name));
         }
-        QTEST(m_screen->findChild<QLineEdit*>("hivo")->text(), "hivo");
+        QTEST(under.mode(m_screen), "hivo");
     }
 
     // A locked choice box keeps its value whatever the user does to it.

@@ -1,0 +1,327 @@
+// The lookup-list editor over a real data file: the lists by mode, adding, deleting, renaming,
+// the hand-back to the case screen, and the main menu's buttons that open the reference screens.
+#include "TestSupport.h"
+
+#include "locale/Uzenet.h"
+#include "reference/Egyebadat.h"
+#include "reference/Install.h"
+#include "session/Alap.h"
+#include "session/Session.h"
+
+#include <memory>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+using reference::Egyebadat;
+
+class tst_egyebadat : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<Egyebadat> m_screen;
+
+    platform::Database& db() { return m_folder->db(); }
+    Egyebadat* open(const QString& hivo)
+    {
+        m_screen = std::make_unique<Egyebadat>(db());
+        m_screen->setHivo(hivo);
+        m_screen->show();
+        return m_screen.get();
+    }
+    QPushButton* button(const char* name) { return m_screen->findChild<QPushButton*>(name); }
+    QLineEdit* edit(const char* name) { return m_screen->findChild<QLineEdit*>(name); }
+    QStringList listed()
+    {
+        QStringList items;
+        auto* list = m_screen->findChild<QListWidget*>("adatlst");
+        for (int i = 0; i < list->count(); ++i)
+            items << list->item(i)->text();
+        return items;
+    }
+    // The user clicks an entry of the list.
+    void pick(const QString& entry, QWidget* screen = nullptr)
+    {
+        auto* list = (screen ? screen : m_screen.get())->findChild<QListWidget*>("adatlst");
+        const QList<QListWidgetItem*> found = list->findItems(entry, Qt::MatchExactly);
+        QVERIFY2(!found.isEmpty(), qPrintable(entry));
+        list->scrollToItem(found.first());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(found.first()).center());
+    }
+    int count(const QString& sql, const QVariantList& params = {})
+    {
+        QString error;
+        const QVariant n = db().scalar(sql, params, &error);
+        return error.isEmpty() ? n.toInt() : -1;
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        QVERIFY(m_folder->open());
+    }
+    void cleanup()
+    {
+        m_screen.reset();
+        m_folder.reset();
+    }
+
+    // Each mode lists its table in Hungarian order (Cs after C, Ö after O, Sz after S) under the
+    // caption of its list; the case screen's modes use the editor's own caption.
+    void listOfTheMode_data()
+    {
+        QTest::addColumn<QString>("hivo");
+        QTest::addColumn<QStringList>("entries");
+        QTest::addColumn<QString>("title");
+        const QStringList countries{"Ausztria", "Horvátország", "Magyarország", "Németország",
+                                    "Románia",  "Szerbia",      "Szlovákia"};
+        const QStringList types{"Büntetőügy",    "Cégügy",       "Családjogi ügy", "Ingatlanügy",
+                                "Munkajogi ügy", "Öröklési ügy", "Polgári ügy"};
+        QTest::newRow("1") << "1" << countries << "Országok";
+        QTest::newRow("12") << "12" << countries << "Egyébadat";
+        QTest::newRow("2") << "2" << types << "Ügytípusok";
+        QTest::newRow("3") << "3"
+                           << QStringList{"Dr. Horváth Péter", "Dr. Németh Gábor",
+                                          "Dr. Szabó Katalin"}
+                           << "Ügyvédek";
+    }
+    void listOfTheMode()
+    {
+        QFETCH(QString, hivo);
+        open(hivo);
+        QTEST(listed(), "entries");
+        QTEST(m_screen->findChild<QLabel*>("sz1")->text(), "title");
+    }
+
+    // An entry that differs only in letter case, accents or blanks is the same entry: "vanmar",
+    // and nothing is added. A new one is stored and shown chosen.
+    void adding_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("stored");
+        QTest::newRow("lower case") << "ügyvéd" << false;
+        QTest::newRow("no accents") << "Ugyved" << false;
+        QTest::newRow("blanks") << "  ügyvéd " << false;
+        QTest::newRow("new") << "Dr. Új Ügyvéd" << true;
+    }
+    void adding()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, stored);
+        QVERIFY(db().exec("INSERT INTO ugyvedek (ugyvednev) VALUES ('ÜGYVÉD')"));
+        const int before = count("SELECT count(*) FROM ugyvedek");
+        open("3");
+        edit("ujadat")->setText(typed);
+        testsupport::MessageRecorder boxes;
+        button("g1")->click();
+        QCOMPARE(boxes.texts(), stored ? QStringList() : QStringList{uzenetszoveg("vanmar")});
+        QCOMPARE(count("SELECT count(*) FROM ugyvedek"), before + (stored ? 1 : 0));
+        QCOMPARE(edit("ujadat")->text(), QString());
+        if (stored)
+            QCOMPARE(m_screen->findChild<QListWidget*>("adatlst")->currentItem()->text(), typed);
+    }
+
+    // Deleting asks "torol"; a case type that cases use says "nemtorol", the list's last entry is
+    // kept without a word, another workstation's lock is told; the entry stays in each.
+    void deleting_data()
+    {
+        QTest::addColumn<QString>("entry"); // empty: a type the cases use
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QString>("told"); // after "torol"
+        QTest::addColumn<bool>("kept");
+        QTest::newRow("unused") << "Cégügy"
+                                << "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'"
+                                << "" << false;
+        QTest::newRow("used") << ""
+                              << ""
+                              << "nemtorol" << true;
+        QTest::newRow("last") << "Cégügy"
+                              << "DELETE FROM ugyek; DELETE FROM tipusok WHERE tipus <> 'Cégügy'"
+                              << "" << true;
+        QTest::newRow("locked elsewhere") << "Cégügy"
+                                          << "lock"
+                                          << "foglalt" << true;
+    }
+    void deleting()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, setup);
+        QFETCH(QString, told);
+        if (entry.isEmpty())
+            entry = db().scalar("SELECT ugytipus FROM ugyek LIMIT 1").toString();
+        platform::Database other;
+        if (setup == "lock") {
+            QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
+            QVERIFY(other.begin());
+            db().setBusyWait(100);
+        } else {
+            for (const QString& sql : setup.split(';', Qt::SkipEmptyParts))
+                QVERIFY(db().exec(sql));
+        }
+        open("2");
+        pick(entry);
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button("g2")->click();
+        QStringList expected{uzenetszoveg("torol")};
+        if (!told.isEmpty())
+            expected << uzenetszoveg(told);
+        QCOMPARE(boxes.texts(), expected);
+        other.close();
+        QTEST(count("SELECT count(*) FROM tipusok WHERE tipus = ?", {entry}) == 1, "kept");
+        QTEST(listed().contains(entry), "kept");
+    }
+
+    // A renamed lawyer is renamed in the cases, the users' and the session's default lawyer; a name
+    // another entry has says "vanmar" and keeps the old entry and the renaming open.
+    void renaming()
+    {
+        const QString lawyer = db().scalar("SELECT ugyved FROM ugyek LIMIT 1").toString();
+        const int cases = count("SELECT count(*) FROM ugyek WHERE ugyved = ?", {lawyer});
+        QVERIFY(cases > 0);
+        QVERIFY(db().exec("UPDATE felhasznalo SET alapugyv = ?", {lawyer}));
+        Session::instance().defaultLawyer = lawyer;
+        const QString other
+                = db().scalar("SELECT ugyvednev FROM ugyvedek WHERE ugyvednev <> ?", {lawyer})
+                          .toString();
+        open("3");
+        pick(lawyer);
+        button("g4")->click();
+        testsupport::MessageRecorder boxes;
+        edit("ujadat")->setText(other.toUpper());
+        button("g5")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("vanmar")});
+        QVERIFY(button("g5")->isEnabled());
+        QCOMPARE(count("SELECT count(*) FROM ugyek WHERE ugyved = ?", {lawyer}), cases);
+
+        edit("ujadat")->setText("Dr. Átnevezett Ügyvéd");
+        button("g5")->click();
+        QCOMPARE(count("SELECT count(*) FROM ugyek WHERE ugyved = 'Dr. Átnevezett Ügyvéd'"), cases);
+        QCOMPARE(count("SELECT count(*) FROM ugyek, felhasznalo WHERE ugyved = ? OR alapugyv = ?",
+                       {lawyer, lawyer}),
+                 0);
+        QVERIFY(listed().contains("Dr. Átnevezett Ügyvéd") && !listed().contains(lawyer));
+        QCOMPARE(Session::instance().defaultLawyer, QString("Dr. Átnevezett Ügyvéd"));
+    }
+
+    // From the case screen: the editor closes to the case screen and hands over the entry added
+    // last; nothing when none was added, or when a deletion came after.
+    void handBackToTheCaseScreen_data()
+    {
+        QTest::addColumn<QStringList>("added");
+        QTest::addColumn<bool>("deleteAfter");
+        QTest::addColumn<QString>("handed");
+        QTest::newRow("two added")
+                << QStringList{"Első típus", "Második típus"} << false << "Második típus";
+        QTest::newRow("none added") << QStringList{} << false << "";
+        QTest::newRow("deleted after") << QStringList{"Első típus"} << true << "";
+    }
+    void handBackToTheCaseScreen()
+    {
+        QFETCH(QStringList, added);
+        QFETCH(bool, deleteAfter);
+        Screens screens;
+        reference::install(screens, db());
+        QWidget caseScreen;
+        QStringList received;
+        screens.addToLookupList("21", &caseScreen,
+                                [&](const QString& entry) { received << entry; });
+        Egyebadat* editor = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* e = qobject_cast<Egyebadat*>(w); e && e->isVisible())
+                editor = e;
+        QVERIFY(editor && !editor->isModal());
+        QCOMPARE(editor->findChild<QListWidget*>("adatlst")->count(), 7);
+        for (const QString& entry : added) {
+            editor->findChild<QLineEdit*>("ujadat")->setText(entry);
+            editor->findChild<QPushButton*>("g1")->click();
+        }
+        testsupport::MessageRecorder boxes;
+        if (deleteAfter) {
+            pick(added.last(), editor);
+            boxes.answer(platform::AnswerYes);
+            editor->findChild<QPushButton*>("g2")->click();
+        }
+        QPointer<Egyebadat> gone(editor);
+        editor->findChild<QPushButton*>("g3")->click();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!gone);
+        QVERIFY(caseScreen.isVisible());
+        QFETCH(QString, handed);
+        QCOMPARE(received, QStringList{handed});
+    }
+
+    // Without the rights, adding and deleting say "nincsjog" and change nothing; renaming needs
+    // no right.
+    void refusedWithoutRights()
+    {
+        Session::instance().rights = QString(20, '0');
+        const int before = count("SELECT count(*) FROM tipusok");
+        open("2");
+        edit("ujadat")->setText("Új típus");
+        testsupport::MessageRecorder boxes;
+        button("g1")->click();
+        pick("Cégügy");
+        button("g2")->click();
+        QCOMPARE(boxes.texts(), QStringList(2, uzenetszoveg("nincsjog")));
+        QCOMPARE(count("SELECT count(*) FROM tipusok"), before);
+        button("g4")->click();
+        edit("ujadat")->setText("Cégjogi ügy");
+        button("g5")->click();
+        QCOMPARE(count("SELECT count(*) FROM tipusok WHERE tipus = 'Cégjogi ügy'"), 1);
+    }
+
+    // The main menu's buttons open the lists and the postal codes modally over the menu.
+    void menuOpensTheScreens_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<QString>("hivo");
+        QTest::newRow("countries") << "g5"
+                                   << "Egyebadat"
+                                   << "1";
+        QTest::newRow("case types") << "g6"
+                                    << "Egyebadat"
+                                    << "2";
+        QTest::newRow("lawyers") << "g7"
+                                 << "Egyebadat"
+                                 << "3";
+        QTest::newRow("postal codes") << "g10"
+                                      << "irszam"
+                                      << "";
+    }
+    void menuOpensTheScreens()
+    {
+        QFETCH(QString, button);
+        Alap menu;
+        QVERIFY(menu.load());
+        reference::install(Session::instance().screens, db());
+        menu.show();
+        QString seen;
+        QString hivo;
+        testsupport::ModalDialogsExpected expected;
+        QTimer::singleShot(0, [&] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (!modal)
+                return;
+            seen = modal->objectName();
+            if (auto* h = modal->findChild<QLineEdit*>("hivo"))
+                hivo = h->text();
+            modal->findChild<QPushButton*>(seen == "irszam" ? "g5" : "g3")->click();
+        });
+        menu.findChild<QPushButton*>(button)->click();
+        QTEST(seen, "screen");
+        QTEST(hivo, "hivo");
+        QVERIFY(menu.isVisible());
+        Session::instance().screens = Screens();
+    }
+};
+
+QTEST_MAIN(tst_egyebadat)
+#include "tst_egyebadat.moc"

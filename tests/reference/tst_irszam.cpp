@@ -1,0 +1,211 @@
+// The postal-code register over a real data file: the grid of a country, new, changed and
+// deleted rows by their key, the client screen's look-up finding what was entered, and a
+// country whose name holds an apostrophe.
+#include "TestSupport.h"
+
+#include "clients/AddressBlock.h"
+#include "locale/Uzenet.h"
+#include "platform/Display.h"
+#include "reference/Egyebadat.h"
+#include "reference/irszam.h"
+#include "session/Session.h"
+#include "store/Lookups.h"
+#include "store/PostalCodes.h"
+
+#include <memory>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+
+using reference::irszam;
+
+class tst_irszam : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<irszam> m_screen;
+
+    platform::Database& db() { return m_folder->db(); }
+    QPushButton* button(const char* name) { return m_screen->findChild<QPushButton*>(name); }
+    QLineEdit* edit(const char* name) { return m_screen->findChild<QLineEdit*>(name); }
+    QTableView* grid() { return m_screen->findChild<QTableView*>("DataGrid2"); }
+    void chooseCountry(const QString& country)
+    {
+        auto* list = m_screen->findChild<QListWidget*>("orszlst");
+        const QList<QListWidgetItem*> found = list->findItems(country, Qt::MatchExactly);
+        QVERIFY2(!found.isEmpty(), qPrintable(country));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(found.first()).center());
+    }
+    // Row n of the grid made current and activated with Enter, as the user does.
+    void activate(int row)
+    {
+        grid()->setFocus();
+        grid()->setCurrentIndex(grid()->model()->index(row, 1));
+        QTest::keyClick(grid(), Qt::Key_Enter);
+    }
+    QVariant keyAt(int row) { return m_screen->source()->value(row, "irszsorszam"); }
+    // The place the client screen's address block finds for a country and a postal code.
+    QString lookedUp(const QString& country, const QString& code)
+    {
+        QWidget host;
+        auto* box = new QComboBox(&host);
+        box->setEditable(true);
+        box->setEditText(country);
+        auto* postal = new QLineEdit(&host);
+        auto* place = new QLineEdit(&host);
+        clients::AddressBlock block(box, postal, place, new QListWidget(&host));
+        postal->setText(code);
+        block.irszbolhely();
+        return place->text();
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<testsupport::TestFolder>();
+        QVERIFY(m_folder->open());
+        m_screen = std::make_unique<irszam>(db());
+        m_screen->show();
+    }
+    void cleanup()
+    {
+        m_screen.reset();
+        m_folder.reset();
+    }
+
+    // A country's rows only, in three visible columns headed by the labels' texts of the
+    // session's language; the whole Hungarian list is read a page at a time.
+    void gridOfACountry()
+    {
+        Session::instance().language = 3;
+        m_screen->Activate();
+        chooseCountry("Ausztria");
+        platform::ListSource* source = m_screen->source();
+        QVERIFY(source->rowCount() > 0);
+        for (int row = 0; row < source->rowCount(); ++row)
+            QCOMPARE(source->value(row, "Orszag").toString(), QString("Ausztria"));
+        QStringList shown;
+        for (int c = 0; c < grid()->model()->columnCount(); ++c)
+            if (!grid()->isColumnHidden(c))
+                shown << QString("%1 %2")
+                                 .arg(grid()->model()->headerData(c, Qt::Horizontal).toString())
+                                 .arg(grid()->columnWidth(c));
+        const auto px = [](int twips) { return platform::twipsToPixels(twips); };
+        QCOMPARE(shown,
+                 (QStringList{QString("Postcode %1").arg(px(800)), QString("Town %1").arg(px(2400)),
+                              QString("Country %1").arg(px(1500))}));
+
+        chooseCountry("Magyarország");
+        QCOMPARE(source->rowCount(), 256);
+        while (source->canReadMore())
+            source->readMore();
+        QCOMPARE(source->rowCount(), 3574);
+    }
+
+    // A new Austrian code is stored with the chosen country, shown in the grid, the fields
+    // emptied; the client screen's look-up then finds it. A row without a place is not stored
+    // and its entry stays.
+    void newCodeIsFoundByTheClientScreen()
+    {
+        chooseCountry("Ausztria");
+        button("g1")->click();
+        edit("irsz")->setText("9999");
+        button("g3")->click();
+        QVERIFY(button("g3")->isEnabled());
+        QCOMPARE(edit("irsz")->text(), QString("9999"));
+        edit("hely")->setText("Neudorf am See");
+        button("g3")->click();
+        QCOMPARE(db().scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '9999'")
+                         .toString(),
+                 QString("Neudorf am See"));
+        QCOMPARE(edit("irsz")->text() + edit("hely")->text(), QString());
+        bool inGrid = false;
+        platform::ListSource* source = m_screen->source();
+        for (int row = 0; row < source->rowCount(); ++row)
+            inGrid = inGrid || source->value(row, "Hely").toString() == "Neudorf am See";
+        QVERIFY(inGrid);
+        QCOMPARE(lookedUp("Ausztria", "9999"), QString("Neudorf am See"));
+        QCOMPARE(clients::irszhelybol("Ausztria", "Neudorf am See"), QString("9999"));
+    }
+
+    // Deleting removes the row last activated, even when the highlight moved on afterwards, and
+    // no other; changing writes the activated row, and one deleted meanwhile elsewhere is told
+    // and written nowhere else.
+    void activatedRowIsTheOneWritten()
+    {
+        chooseCountry("Magyarország");
+        activate(5);
+        const QVariant fifth = keyAt(5);
+        QCOMPARE(m_screen->shownKey(), fifth);
+        grid()->setCurrentIndex(grid()->model()->index(7, 1));
+        const QVariant seventh = keyAt(7);
+        const int before = db().scalar("SELECT count(*) FROM irsz").toInt();
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button("g4")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("torol")});
+        QVERIFY(store::PostalCodes(db()).find(fifth).isEmpty());
+        QVERIFY(!store::PostalCodes(db()).find(seventh).isEmpty());
+        QCOMPARE(db().scalar("SELECT count(*) FROM irsz").toInt(), before - 1);
+
+        activate(2);
+        const QVariant second = keyAt(2);
+        button("g2")->click();
+        edit("hely")->setText("Átírt hely");
+        button("g3")->click();
+        QCOMPARE(store::PostalCodes(db()).find(second).text("hely"), QString("Átírt hely"));
+        QCOMPARE(db().scalar("SELECT count(*) FROM irsz WHERE hely = 'Átírt hely'").toInt(), 1);
+
+        activate(3);
+        const QVariant third = keyAt(3);
+        button("g2")->click();
+        edit("hely")->setText("Máshol törölt");
+        platform::Database other;
+        QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
+        QVERIFY(store::PostalCodes(other).remove(third).stored());
+        boxes.clear();
+        button("g3")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsmar")});
+        QCOMPARE(edit("hely")->text(), QString("Máshol törölt"));
+        QCOMPARE(db().scalar("SELECT count(*) FROM irsz WHERE hely = 'Máshol törölt'").toInt(), 0);
+    }
+
+    // A country named with an apostrophe is added in the lookup list, chosen, given a postal
+    // code, found by the client screen's look-up, and renamed together with its codes.
+    void apostropheInTheCountry()
+    {
+        const QString country = "O'Higgins";
+        {
+            reference::Egyebadat lists(db());
+            lists.setHivo("1");
+            lists.show();
+            lists.findChild<QLineEdit*>("ujadat")->setText(country);
+            lists.findChild<QPushButton*>("g1")->click();
+        }
+        m_screen->Activate();
+        chooseCountry(country);
+        QCOMPARE(m_screen->source()->rowCount(), 0);
+        button("g1")->click();
+        edit("irsz")->setText("6000");
+        edit("hely")->setText("Villa O'Higgins");
+        button("g3")->click();
+        QCOMPARE(m_screen->source()->rowCount(), 1);
+        QCOMPARE(m_screen->source()->value(0, "Orszag").toString(), country);
+        QCOMPARE(lookedUp(country, "6000"), QString("Villa O'Higgins"));
+
+        QVERIFY(store::Lookups(db(), store::LookupList::Countries)
+                        .rename(country, "O'Higgins régió")
+                        .stored());
+        QCOMPARE(db().scalar("SELECT orszag FROM irsz WHERE hely = 'Villa O''Higgins'").toString(),
+                 QString("O'Higgins régió"));
+    }
+};
+
+QTEST_MAIN(tst_irszam)
+#include "tst_irszam.moc"
