@@ -32,11 +32,12 @@ signals:
 private:
     void run(const QString& file, int budgetMs);
 
-    std::thread m_thread;
     std::atomic<bool> m_finished{false};
     bool m_damaged = false;
     bool m_reported = false;
     QString m_report;
+    // Last, so that every member the thread writes exists before it starts.
+    std::thread m_thread;
 };
 
 } // namespace platform
