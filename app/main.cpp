@@ -1,4 +1,5 @@
 #include "clients/Install.h"
+#include "clients/PartnerInstall.h"
 #include "locale/felir.h"
 #include "search/Install.h"
 #include "session/Alap.h"
@@ -56,6 +57,7 @@ int main(int argc, char** argv)
     installCaptionEditor(&menu);
     search::install(screens);
     clients::install(screens);
+    clients::installPartners(screens, Session::instance().database);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();
