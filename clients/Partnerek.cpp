@@ -31,9 +31,9 @@ using records::Role;
 QList<Field> partnerFields()
 {
     return {
-            {"nev1", "pnev1"}, {"nev2", "pnev2"}, {"orszag", "porszag", Field::Choice},
-            {"hely", "phely"}, {"utca", "putca"}, {"irsz", "pirsz"},
-            {"tel1", "ptel1"}, {"tel2", "ptel2"}, {"fax", "pfax"},
+            {"nev1", "pnev1"},   {"nev2", "pnev2"}, {"orszag", "porszag", Field::Choice},
+            {"hely", "phely"},   {"utca", "putca"}, {"irsz", "pirsz"},
+            {"tel1", "ptel1"},   {"tel2", "ptel2"}, {"fax", "pfax"},
             {"email", "pemail"},
     };
 }
@@ -77,8 +77,7 @@ Partnerek::Partnerek(platform::Database& db, QWidget* parent)
     connect(m_ui->Tg2, &QPushButton::clicked, this, &Partnerek::Tg2_Click);
     connect(m_ui->em1, &QPushButton::clicked, this, &Partnerek::em1_Click);
     // A double click or Enter on a row, the same gesture as on the search screen.
-    connect(m_ui->DataGrid2, &QAbstractItemView::activated, this,
-            &Partnerek::DataGrid2_RowChosen);
+    connect(m_ui->DataGrid2, &QAbstractItemView::activated, this, &Partnerek::DataGrid2_RowChosen);
 
     // Loading: every partner in the grid.
     m_lista->setObjectName(QStringLiteral("Adodc1"));
@@ -227,8 +226,8 @@ void Partnerek::g5_Click()
     } else if (mode() == Mode::Changed) {
         // A partner deleted meanwhile on another workstation is told, and the entry stays on
         // screen; nothing is written into any other partner.
-        const store::Written written = partners.change(
-                store::Partners::key(m_ui->ukod->text()), m_form->values());
+        const store::Written written
+                = partners.change(store::Partners::key(m_ui->ukod->text()), m_form->values());
         if (!reportWrite(written, module, QStringLiteral("g5"), this)) {
             // The next save stores the entry as a new partner.
             if (written.result == store::Written::Gone) {

@@ -101,7 +101,7 @@ private slots:
     void gridColumnsAndOrder()
     {
         QVERIFY(db().exec("delete from partner"));
-        const QStringList names{"Zoltán", "Ödön", "kovács", "Csaba", "Oszkár",
+        const QStringList names{"Zoltán", "Ödön", "kovács", "Csaba",  "Oszkár",
                                 "Cukor",  "Ábel", "Kovács", "Cecília"};
         for (const QString& name : names)
             addPartner(name, {}, {});
@@ -117,8 +117,8 @@ private slots:
                 widths << grid()->columnWidth(c);
             }
         }
-        QCOMPARE(headings, (QStringList{"Name 1", "Country", "Town", "Street", "Phone 1:",
-                                        "Phone 2:"}));
+        QCOMPARE(headings,
+                 (QStringList{"Name 1", "Country", "Town", "Street", "Phone 1:", "Phone 2:"}));
         QList<int> expected;
         for (int twips : {1800, 1500, 2400, 1500, 1300, 1300})
             expected << platform::twipsToPixels(twips);
@@ -202,8 +202,8 @@ private slots:
     {
         open();
         button("g3")->click();
-        const QStringList names{"nev1", "nev2", "irsz", "hely", "utca", "tel1", "tel2", "fax",
-                                "email"};
+        const QStringList names{"nev1", "nev2", "irsz", "hely", "utca",
+                                "tel1", "tel2", "fax",  "email"};
         for (const QString& name : names)
             QTest::keyClicks(screen()->findChild<QLineEdit*>(name), "x" + name);
         button("g5")->click();
@@ -211,8 +211,7 @@ private slots:
         for (const QString& name : names)
             QCOMPARE(row.text("p" + name), "x" + name);
         QCOMPARE(row.text("porszag"), QString("Magyarország"));
-        QCOMPARE(screen()->findChild<QComboBox*>("orszag")->currentText(),
-                 QString("Magyarország"));
+        QCOMPARE(screen()->findChild<QComboBox*>("orszag")->currentText(), QString("Magyarország"));
         QVERIFY(gridKeys().contains(row.value("pkod").toLongLong()));
     }
 
