@@ -1,4 +1,5 @@
 #include "clients/Install.h"
+#include "clients/PartnerInstall.h"
 #include "locale/felir.h"
 #include "reference/Install.h"
 #include "search/Install.h"
@@ -58,6 +59,7 @@ int main(int argc, char** argv)
     search::install(screens);
     clients::install(screens);
     reference::install(screens, Session::instance().database);
+    clients::installPartners(screens, Session::instance().database);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();

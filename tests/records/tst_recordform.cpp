@@ -3,6 +3,8 @@
 #include "TestSupport.h"
 
 #include "clients/Install.h"
+#include "clients/PartnerInstall.h"
+#include "clients/Partnerek.h"
 #include "clients/Ugyfelek.h"
 #include "locale/Uzenet.h"
 #include "reference/Egyebadat.h"
@@ -102,6 +104,29 @@ void actOnPostalCodes(QWidget* screen, const QString& step)
     }
 }
 
+// The partner screen from the main menu, with the grid's first row chosen or none.
+QWidget* openPartner(bool chooseRow)
+{
+    clients::installPartners(Session::instance().screens, Session::instance().database);
+    Session::instance().screens.showPartners();
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* s = qobject_cast<clients::Partnerek*>(w); s && !s->isUnloading()) {
+            s->Activate();
+            if (chooseRow)
+                QTest::keyClick(s->findChild<QTableView*>("DataGrid2"), Qt::Key_Return);
+            return s;
+        }
+    return nullptr;
+}
+
+void actOnPartner(QWidget* screen, const QString& step)
+{
+    if (step == "g5")
+        screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
+    else if (step == "row")
+        QTest::keyClick(screen->findChild<QTableView*>("DataGrid2"), Qt::Key_Return);
+}
+
 const QMap<QString, ScreenUnderTest>& screens()
 {
     static const QMap<QString, ScreenUnderTest> map = {
@@ -121,6 +146,16 @@ const QMap<QString, ScreenUnderTest>& screens()
               [](QWidget* screen) {
                   return QString::number(qobject_cast<reference::irszam*>(screen)->mode());
               }}},
+            {"Partnerek",
+             {[](QWidget*) { return openPartner(true); },
+              {"g3", "g4", "g5", "g6", "g7"},
+              actOnPartner,
+              hivoOf}},
+            {"Partnerek, none shown",
+             {[](QWidget*) { return openPartner(false); },
+              {"g3", "g4", "g5", "g6", "g7"},
+              actOnPartner,
+              hivoOf}},
     };
     return map;
 }
@@ -162,8 +197,9 @@ private slots:
         m_folder.reset();
     }
 
-    // Each row: a screen, the commands pressed in turn (a Yes answers every question), and
-    // what is open, what is locked and what hivo says afterwards. Later screens add rows.
+    // Each row: a screen, the commands pressed in turn ("row" is Enter on the screen's grid; a
+    // Yes answers every question), and what is open, what is locked and what hivo says
+    // afterwards. Later screens add rows.
     void stateTable_data()
     {
         QTest::addColumn<QString>("screen");
@@ -219,6 +255,34 @@ private slots:
         codes("new code saved", {"g1", "g3"}, "g1 g2 g4", true, "1");
         codes("code deleted", {"pick", "g4"}, "g1 g2 g4", false, "0");
         codes("codes close refused", {"g1", "g5:No"}, "g3", true, "1");
+
+        // The partner screen; a row chosen in its grid shows that partner read-only.
+        const QString p = "Partnerek";
+        const QStringList partnerFields{"nev1", "orszag", "irsz", "email"};
+        const QStringList none;
+        QTest::newRow("partner shown") << p << none << "g3 g4 g6 g7" << partnerFields << none << "";
+        QTest::newRow("partner new")
+                << p << QStringList{"g3"} << "g5 g7" << none << partnerFields << "1";
+        QTest::newRow("partner change")
+                << p << QStringList{"g4"} << "g5 g7" << none << partnerFields << "2";
+        QTest::newRow("partner saved")
+                << p << QStringList{"g4", "g5"} << "g3 g4 g6 g7" << none << partnerFields << "2";
+        QTest::newRow("new partner saved")
+                << p << QStringList{"g3", "g5"} << "g3 g4 g6 g7" << none << partnerFields << "1";
+        QTest::newRow("partner deleted")
+                << p << QStringList{"g6"} << "g3 g4 g6 g7" << partnerFields << none << "";
+        QTest::newRow("partner close refused")
+                << p << QStringList{"g3", "g7:No"} << "g5 g7" << none << partnerFields << "1";
+        // Change with no partner shown does nothing.
+        QTest::newRow("partner change, none shown") << "Partnerek, none shown" << QStringList{"g4"}
+                                                    << "g3 g4 g6 g7" << partnerFields << none << "";
+        // A row chosen during an entry asks "ments": No keeps the entry, Yes shows the partner.
+        QTest::newRow("partner row in entry kept")
+                << p << QStringList{"g3", "row:No"} << "g5 g7" << none << partnerFields << "1";
+        QTest::newRow("partner row in entry")
+                << p << QStringList{"g3", "row"} << "g3 g4 g6 g7" << partnerFields << none << "1";
+        QTest::newRow("partner row after save") << p << QStringList{"g4", "g5", "row"}
+                                                << "g3 g4 g6 g7" << partnerFields << none << "2";
     }
     void stateTable()
     {
@@ -227,14 +291,16 @@ private slots:
         const ScreenUnderTest& under = screens()[screen];
         m_screen = under.open(&m_caller);
         QVERIFY(m_screen);
-        testsupport::MessageRecorder boxes;
         for (const QString& step : steps) {
+            // Each step's own answer: one a step did not use is not left for the next.
+            testsupport::MessageRecorder boxes;
             const QStringList parts = step.split(':');
             boxes.answer(parts.value(1) == "No" ? platform::AnswerNo : platform::AnswerYes);
             under.act(m_screen, parts.first());
             if (button(parts.first()))
                 button(parts.first())->click();
         }
+        QVERIFY(m_screen->isVisible());
         QTEST(enabled(under.buttons), "enabled");
         QFETCH(QStringList, locked);
         QFETCH(QStringList, open);

@@ -1,0 +1,60 @@
+#include "store/Partners.h"
+
+namespace store {
+
+namespace {
+const QString table = QStringLiteral("partner");
+const QString keyColumn = QStringLiteral("pkod");
+} // namespace
+
+QVariant Partners::key(const QString& text)
+{
+    bool ok = false;
+    const qlonglong k = text.trimmed().toLongLong(&ok);
+    return ok ? QVariant(k) : QVariant();
+}
+
+platform::Row Partners::find(const QVariant& pkod, QString* error) const
+{
+    if (!pkod.isValid())
+        return platform::Row();
+    return m_db.first(QStringLiteral("SELECT * FROM partner WHERE pkod = ?"), {pkod}, error);
+}
+
+Written Partners::add(const QVariantMap& values)
+{
+    platform::NewRow row(m_db, table, keyColumn);
+    if (!row.isValid())
+        return Written::failed(m_db, row.error());
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        row.set(it.key(), it.value());
+    QString error;
+    if (!row.update(&error))
+        return Written::failed(m_db, error);
+    return {Written::Stored, platform::Failure::None, QString(), row.key()};
+}
+
+Written Partners::change(const QVariant& pkod, const QVariantMap& values)
+{
+    return changeRow(m_db, table, keyColumn, pkod, values);
+}
+
+Written Partners::remove(const QVariant& pkod)
+{
+    return removeRow(m_db, table, keyColumn, pkod);
+}
+
+platform::ListQuery Partners::list()
+{
+    platform::ListQuery q;
+    q.columns = QStringLiteral(
+            "pkod, pnev1, pnev2, porszag, pirsz, phely, putca, ptel1, ptel2, pfax, pemail");
+    q.from = table;
+    // The register is small: the collation sorts it directly. The key makes each row's place
+    // unique, so two partners of one name are both listed and each page follows the last.
+    q.order = QStringList{QStringLiteral("partner.pnev1 COLLATE HU"),
+                          QStringLiteral("partner.pkod")};
+    return q;
+}
+
+} // namespace store

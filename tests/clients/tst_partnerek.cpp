@@ -1,0 +1,297 @@
+#include "TestSupport.h"
+
+#include "clients/PartnerInstall.h"
+#include "clients/Partnerek.h"
+#include "locale/Uzenet.h"
+#include "platform/Display.h"
+#include "platform/ListSource.h"
+#include "session/Alap.h"
+#include "session/Session.h"
+#include "store/Partners.h"
+
+#include <memory>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTest>
+
+using clients::Partnerek;
+
+class tst_partnerek : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<testsupport::TestFolder> m_folder;
+
+    static platform::Database& db() { return Session::instance().database; }
+    static qlonglong addPartner(const QString& name, const QString& place, const QString& phone)
+    {
+        const store::Written w = store::Partners(db()).add(
+                {{"pnev1", name}, {"phely", place}, {"ptel1", phone}, {"porszag", "Ausztria"}});
+        return w.key.toLongLong();
+    }
+    // Every value of every partner but the keyed one, to see what a command touched.
+    static QStringList partnersExcept(qlonglong key)
+    {
+        QStringList values;
+        for (const platform::Row& row :
+             db().select("select * from partner where pkod <> ? order by pkod", {key}))
+            for (int i = 0; i < row.count(); ++i)
+                values << row.value(i).toString();
+        return values;
+    }
+    static Partnerek* screen()
+    {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* s = qobject_cast<Partnerek*>(w); s && !s->isUnloading())
+                return s;
+        return nullptr;
+    }
+    static QLineEdit* field(const char* name) { return screen()->findChild<QLineEdit*>(name); }
+    static QAbstractButton* button(const char* name)
+    {
+        return screen()->findChild<QAbstractButton*>(name);
+    }
+    static QTableView* grid() { return screen()->findChild<QTableView*>("DataGrid2"); }
+    // The keys of the grid's rows, top to bottom, every page read.
+    static QList<qlonglong> gridKeys()
+    {
+        auto* list = screen()->findChild<platform::ListSource*>("Adodc1");
+        while (list->canReadMore())
+            list->readMore();
+        QList<qlonglong> keys;
+        for (int r = 0; r < list->rowCount(); ++r)
+            keys << list->value(r, "pkod").toLongLong();
+        return keys;
+    }
+    // The user puts the grid on the partner's row and presses Enter.
+    static void choose(qlonglong key)
+    {
+        const int row = int(gridKeys().indexOf(key));
+        QVERIFY(row >= 0);
+        grid()->setCurrentIndex(grid()->model()->index(row, 1));
+        QTest::keyClick(grid(), Qt::Key_Return);
+    }
+    static void open()
+    {
+        Session::instance().screens.showPartners();
+        QVERIFY(screen());
+        screen()->Activate();
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        QVERIFY(m_folder->open());
+        clients::installPartners(Session::instance().screens, db());
+    }
+    void cleanup()
+    {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            w->deleteLater();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_folder.reset();
+    }
+
+    // Six columns in the table's order, headed by the labels in the current language, the
+    // partners in Hungarian order of the name; every page follows the one before.
+    void gridColumnsAndOrder()
+    {
+        QVERIFY(db().exec("delete from partner"));
+        const QStringList names{"Zoltán", "Ödön", "kovács", "Csaba",  "Oszkár",
+                                "Cukor",  "Ábel", "Kovács", "Cecília"};
+        for (const QString& name : names)
+            addPartner(name, {}, {});
+        Session::instance().language = 3;
+        open();
+        const QHeaderView* header = grid()->horizontalHeader();
+        QStringList headings;
+        QList<int> widths;
+        for (int v = 0; v < header->count(); ++v) {
+            const int c = header->logicalIndex(v);
+            if (!grid()->isColumnHidden(c)) {
+                headings << grid()->model()->headerData(c, Qt::Horizontal).toString();
+                widths << grid()->columnWidth(c);
+            }
+        }
+        QCOMPARE(headings,
+                 (QStringList{"Name 1", "Country", "Town", "Street", "Phone 1:", "Phone 2:"}));
+        QList<int> expected;
+        for (int twips : {1800, 1500, 2400, 1500, 1300, 1300})
+            expected << platform::twipsToPixels(twips);
+        QCOMPARE(widths, expected);
+        QStringList shown;
+        for (qlonglong key : gridKeys())
+            shown << store::Partners(db()).find(key).text("pnev1");
+        QCOMPARE(shown, (QStringList{"Ábel", "Cecília", "Cukor", "Csaba", "kovács", "Kovács",
+                                     "Oszkár", "Ödön", "Zoltán"}));
+
+        // Many partners of one name, and some without a name, over several pages.
+        QVERIFY(db().begin());
+        for (int i = 0; i < 700; ++i)
+            QVERIFY(db().insert("partner", {{"pnev1", i % 7 ? QVariant("Kovács") : QVariant()}}));
+        QVERIFY(db().commit());
+        screen()->findChild<platform::ListSource*>("Adodc1")->refresh();
+        QList<qlonglong> all;
+        for (const platform::Row& row :
+             db().select("select pkod from partner order by pnev1 collate HU, pkod"))
+            all << row.value(0).toLongLong();
+        QCOMPARE(gridKeys(), all);
+    }
+
+    // Two partners of one name: each row opens its own partner, and a change is written into
+    // that partner only.
+    void partnersOfOneNameStayApart()
+    {
+        const qlonglong first = addPartner("Kovács Bt.", "Győr", "111");
+        const qlonglong second = addPartner("Kovács Bt.", "Pécs", "222");
+        open();
+        choose(first);
+        QCOMPARE(field("ukod")->text(), QString::number(first));
+        QCOMPARE(field("hely")->text(), QString("Győr"));
+        choose(second);
+        QCOMPARE(field("ukod")->text(), QString::number(second));
+        QCOMPARE(field("hely")->text(), QString("Pécs"));
+        QCOMPARE(field("tel1")->text(), QString("222"));
+
+        const QStringList others = partnersExcept(second);
+        button("g4")->click();
+        field("tel1")->setText("333");
+        button("g5")->click();
+        QCOMPARE(store::Partners(db()).find(second).text("ptel1"), QString("333"));
+        QCOMPARE(partnersExcept(second), others);
+        // The list is read again with the saved partner's row current.
+        QCOMPARE(grid()->currentIndex().row(), gridKeys().indexOf(second));
+        choose(first);
+        QCOMPARE(field("tel1")->text(), QString("111"));
+    }
+
+    void deleteAsksAndRemovesThatRowOnly_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::newRow("yes") << int(platform::AnswerYes);
+        QTest::newRow("no") << int(platform::AnswerNo);
+    }
+    void deleteAsksAndRemovesThatRowOnly()
+    {
+        QFETCH(int, answer);
+        addPartner("Kovács Bt.", "Győr", "111");
+        const qlonglong key = addPartner("Kovács Bt.", "Pécs", "222");
+        const QStringList others = partnersExcept(key);
+        open();
+        choose(key);
+        testsupport::MessageRecorder boxes;
+        boxes.answer(answer);
+        button("g6")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("torol")});
+        const bool deleted = answer == platform::AnswerYes;
+        QCOMPARE(store::Partners(db()).find(key).isEmpty(), deleted);
+        QCOMPARE(gridKeys().contains(key), !deleted);
+        QCOMPARE(partnersExcept(key), others);
+        // The fields are emptied; the deleted key stays.
+        QCOMPARE(field("hely")->text(), deleted ? QString() : QString("Pécs"));
+        QCOMPARE(field("ukod")->text(), QString::number(key));
+    }
+
+    // Every field takes input; a partner without a country is stored as Hungarian and is
+    // listed at once.
+    void newPartnerIsStoredAndListed()
+    {
+        open();
+        button("g3")->click();
+        const QStringList names{"nev1", "nev2", "irsz", "hely", "utca",
+                                "tel1", "tel2", "fax",  "email"};
+        for (const QString& name : names)
+            QTest::keyClicks(screen()->findChild<QLineEdit*>(name), "x" + name);
+        button("g5")->click();
+        const platform::Row row = store::Partners(db()).find(field("ukod")->text().toLongLong());
+        for (const QString& name : names)
+            QCOMPARE(row.text("p" + name), "x" + name);
+        QCOMPARE(row.text("porszag"), QString("Magyarország"));
+        QCOMPARE(screen()->findChild<QComboBox*>("orszag")->currentText(), QString("Magyarország"));
+        QVERIFY(gridKeys().contains(row.value("pkod").toLongLong()));
+    }
+
+    // A partner another workstation deleted: choosing its row shows nothing in its place;
+    // saving a change to it writes nothing and keeps the entry.
+    void deletedOnAnotherWorkstation_data()
+    {
+        QTest::addColumn<bool>("changing");
+        QTest::newRow("row chosen") << false;
+        QTest::newRow("change saved") << true;
+    }
+    void deletedOnAnotherWorkstation()
+    {
+        QFETCH(bool, changing);
+        const qlonglong shown = addPartner("Első Kft.", "Győr", "111");
+        const qlonglong gone = addPartner("Második Kft.", "Pécs", "222");
+        open();
+        choose(changing ? gone : shown);
+        if (changing) {
+            button("g4")->click();
+            field("tel1")->setText("999");
+        }
+        platform::Database other;
+        QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
+        QVERIFY(store::Partners(other).remove(gone).stored());
+        const QStringList before = partnersExcept(-1);
+
+        testsupport::MessageRecorder boxes;
+        if (changing)
+            button("g5")->click();
+        else
+            choose(gone);
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg(changing ? "nincsmar" : "mastorolte")});
+        QCOMPARE(partnersExcept(-1), before);
+        QCOMPARE(field("tel1")->text(), QString(changing ? "999" : "111"));
+        QCOMPARE(field("ukod")->text(), QString::number(changing ? gone : shown));
+        QVERIFY(!gridKeys().contains(gone));
+    }
+
+    void refusedWithoutTheRight_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("position");
+        QTest::newRow("new") << "g3" << 8;
+        QTest::newRow("change") << "g4" << 10;
+        QTest::newRow("delete") << "g6" << 9;
+    }
+    void refusedWithoutTheRight()
+    {
+        QFETCH(QString, command);
+        QFETCH(int, position);
+        const qlonglong key = addPartner("Kovács Bt.", "Győr", "111");
+        open();
+        choose(key);
+        Session::instance().rights = QString(20, u'1').replace(position - 1, 1, u'0');
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button(command.toLatin1())->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsjog")});
+        QCOMPARE(field("hely")->text(), QString("Győr"));
+        QVERIFY(field("nev1")->isReadOnly() && !button("g5")->isEnabled());
+        QVERIFY(!store::Partners(db()).find(key).isEmpty());
+    }
+
+    // The main menu's partner button hides the menu and opens the one partner screen; closing
+    // it shows the menu again.
+    void theMainMenuOpensItAndComesBack()
+    {
+        Alap menu;
+        QVERIFY(menu.load());
+        menu.show();
+        menu.findChild<QAbstractButton*>("g11")->click();
+        QVERIFY(screen() && screen()->isVisible() && !menu.isVisible());
+        Partnerek* first = screen();
+        Session::instance().screens.showPartners();
+        QCOMPARE(screen(), first);
+        QTest::mouseClick(button("g7"), Qt::LeftButton);
+        QVERIFY(!screen() && menu.isVisible());
+    }
+};
+
+QTEST_MAIN(tst_partnerek)
+#include "tst_partnerek.moc"
