@@ -12,6 +12,7 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "session/Session.h"
+#include "store/Lookups.h"
 #include "store/Partners.h"
 
 #include <QCloseEvent>
@@ -106,10 +107,7 @@ void Partnerek::Activate()
     {
         const QSignalBlocker blocker(m_ui->orszag);
         m_ui->orszag->clear();
-        const platform::Rows rows = m_db.select(
-                QStringLiteral("select * from Orszagok order by orszagnev COLLATE HU"));
-        for (const platform::Row& row : rows)
-            m_ui->orszag->addItem(row.text(QStringLiteral("orszagnev")));
+        m_ui->orszag->addItems(store::Lookups(m_db, store::LookupList::Countries).names());
         m_ui->orszag->setCurrentIndex(-1);
         m_ui->orszag->setEditText(shown);
     }

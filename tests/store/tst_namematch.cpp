@@ -12,18 +12,30 @@ private slots:
         QTest::addColumn<QString>("a");
         QTest::addColumn<QString>("b");
         QTest::addColumn<bool>("same");
-        QTest::newRow("firm, case and accents") << "Kovács és Társa Kft." << "KOVÁCS ÉS TÁRSA" << true;
-        QTest::newRow("other legal form") << "Kovács és Társa Kft." << "Kovacs es Tarsa Bt" << true;
-        QTest::newRow("word order") << "Kovács Béla" << "Béla Kovács" << true;
-        QTest::newRow("no accents, capitals") << "Kovács Béla" << "KOVACS BELA" << true;
-        QTest::newRow("punctuation") << "Nagy-Szabó, Anna" << "nagy szabo anna" << true;
-        QTest::newRow("dotted abbreviation") << "Alpha S.A." << "Alpha SA" << true;
-        QTest::newRow("joining sign") << "Kovács & Társa" << "Kovács és Társa Zrt." << true;
-        QTest::newRow("German sharp s") << "Straße GmbH" << "STRASSE" << true;
-        QTest::newRow("long accent") << "Őri Ödön" << "ori odon" << true;
-        QTest::newRow("married name") << "Kovácsné" << "Kovács" << false;
-        QTest::newRow("another person") << "Kovács Béla" << "Kovács Bence" << false;
-        QTest::newRow("one word more") << "Kovács Béla" << "Kovács Béla János" << false;
+        QTest::newRow("firm, case and accents") << "Kovács és Társa Kft."
+                                                << "KOVÁCS ÉS TÁRSA" << true;
+        QTest::newRow("other legal form") << "Kovács és Társa Kft."
+                                          << "Kovacs es Tarsa Bt" << true;
+        QTest::newRow("word order") << "Kovács Béla"
+                                    << "Béla Kovács" << true;
+        QTest::newRow("no accents, capitals") << "Kovács Béla"
+                                              << "KOVACS BELA" << true;
+        QTest::newRow("punctuation") << "Nagy-Szabó, Anna"
+                                     << "nagy szabo anna" << true;
+        QTest::newRow("dotted abbreviation") << "Alpha S.A."
+                                             << "Alpha SA" << true;
+        QTest::newRow("joining sign") << "Kovács & Társa"
+                                      << "Kovács és Társa Zrt." << true;
+        QTest::newRow("German sharp s") << "Straße GmbH"
+                                        << "STRASSE" << true;
+        QTest::newRow("long accent") << "Őri Ödön"
+                                     << "ori odon" << true;
+        QTest::newRow("married name") << "Kovácsné"
+                                      << "Kovács" << false;
+        QTest::newRow("another person") << "Kovács Béla"
+                                        << "Kovács Bence" << false;
+        QTest::newRow("one word more") << "Kovács Béla"
+                                       << "Kovács Béla János" << false;
     }
     void sameNameWrittenDifferently()
     {
