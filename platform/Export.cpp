@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QHeaderView>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QTableView>
@@ -19,6 +20,64 @@ namespace {
 // Rows read from the database at a time: large enough that the statements cost little beside
 // the writing, small enough that a page is a few hundred kilobytes at most.
 constexpr int readBatch = 2000;
+
+// The items of a select list, split at the commas that stand outside parentheses and quotes.
+QStringList selectItems(const QString& columns)
+{
+    QStringList items;
+    int depth = 0;
+    QChar quote;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        const QChar c = columns.at(i);
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == u'\'' || c == u'"' || c == u'[' || c == u'`') {
+            quote = c == u'[' ? QChar(u']') : c;
+        } else if (c == u'(') {
+            ++depth;
+        } else if (c == u')') {
+            --depth;
+        } else if (c == u',' && depth == 0) {
+            items << columns.mid(start, i - start).trimmed();
+            start = i + 1;
+        }
+    }
+    items << columns.mid(start).trimmed();
+    return items;
+}
+
+// The select list cut down to the exported columns, so that a page carries only what is
+// written: a list's query may read five times as many columns as its grid shows. An item is
+// kept when the name it gives its column (its alias, or a column's own name after any table
+// name) is an exported field, and so is any item whose name cannot be told. When a field is
+// named by no item the whole list is kept, and the export then reports the missing column.
+QString exportedColumns(const QString& columns, const QList<ExportColumn>& exported)
+{
+    static const QRegularExpression alias(QStringLiteral("\\s+AS\\s+\"?(\\w+)\"?$"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression column(QStringLiteral("^(?:\\w+\\.)*(\\w+)$"));
+    QStringList wanted;
+    for (const ExportColumn& c : exported)
+        wanted << c.field;
+    QStringList kept;
+    QStringList named;
+    for (const QString& item : selectItems(columns)) {
+        QRegularExpressionMatch m = alias.match(item);
+        if (!m.hasMatch())
+            m = column.match(item);
+        if (!m.hasMatch() || wanted.contains(m.captured(1))) {
+            kept << item;
+            named << m.captured(1);
+        }
+    }
+    for (const QString& field : std::as_const(wanted)) {
+        if (!named.contains(field))
+            return columns;
+    }
+    return kept.join(QStringLiteral(", "));
+}
 
 } // namespace
 
@@ -59,7 +118,9 @@ ExportResult exportList(const Database& db, const ExportedList& list, const QStr
         return result;
     };
 
-    const ListPager pager(db, list.query);
+    ListQuery query = list.query;
+    query.columns = exportedColumns(query.columns, list.columns);
+    const ListPager pager(db, query);
     QString error;
     const qint64 total = pager.count(&error);
     if (!error.isEmpty())
