@@ -8,11 +8,13 @@
 //   causora-bench record FOLDER    the same recorded for the preview
 //   causora-bench check FOLDER     the structure check, bounded as at start-up and in full
 //   causora-bench save FOLDER      durable saves of one client
+//   causora-bench export FOLDER    the whole case list exported to CSV and to a spreadsheet
 //   causora-bench startup FOLDER PROGRAM
 //                                  the program's start to an idle main menu, on the folder and
 //                                  on an empty register
 #include "platform/Database.h"
 #include "platform/Display.h"
+#include "platform/Export.h"
 #include "platform/ListSource.h"
 #include "platform/Printer.h"
 #include "platform/StructureCheck.h"
@@ -306,6 +308,53 @@ bool print(const QString& folder, const QTemporaryDir& program, QJsonObject& res
     return true;
 }
 
+// Exports the whole case list as the search screen's export button does, with its progress
+// window, to CSV and to an OpenDocument spreadsheet, three times each.
+bool exportAll(const QString& folder, const QTemporaryDir& program, QJsonObject& result)
+{
+    if (!openFolder(folder, program))
+        return false;
+    keres screen;
+    screen.setTipus(QStringLiteral("2"));
+    screen.Activate();
+    platform::ExportedList list;
+    list.query = screen.forras().recordSource();
+    list.columns = platform::gridExportColumns(
+            screen.findChild<QTableView*>(QStringLiteral("DataGrid1")));
+    list.title = QStringLiteral("Ügyek");
+    const QList<QPair<QString, platform::ExportFormat>> formats{
+            {QStringLiteral("csv"), platform::ExportFormat::Csv},
+            {QStringLiteral("ods"), platform::ExportFormat::Ods}};
+    for (const auto& [name, format] : formats) {
+        const QString path = program.filePath(QStringLiteral("lista.") + name);
+        const QString key = QStringLiteral("export_") + name;
+        QList<double> ms, cpu;
+        for (int run = 0; run < 3; ++run) {
+            const auto progress = platform::openProgress(
+                    {QStringLiteral("Causora"), QStringLiteral("Export"), QStringLiteral("Mégse")},
+                    &screen);
+            QElapsedTimer t;
+            t.start();
+            const double cpuStart = cpuMs(CLOCK_PROCESS_CPUTIME_ID);
+            const platform::ExportResult done
+                    = platform::exportList(db(), list, path, format, progress.get());
+            ms << t.nsecsElapsed() / 1e6;
+            cpu << cpuMs(CLOCK_PROCESS_CPUTIME_ID) - cpuStart;
+            if (done.outcome != platform::ExportOutcome::Written) {
+                err() << "the export failed: " << done.error << "\n";
+                return false;
+            }
+            result[key + QStringLiteral("_rows")] = done.rows;
+        }
+        result[key + QStringLiteral("_ms")] = median(ms);
+        result[key + QStringLiteral("_cpu_ms")] = median(cpu);
+        result[key + QStringLiteral("_runs")] = toJson(ms);
+        result[key + QStringLiteral("_file_mb")] = QFileInfo(path).size() / 1048576.0;
+    }
+    result[QStringLiteral("export_peak_memory_mb")] = peakMemoryMb();
+    return true;
+}
+
 // Asks the system to drop the data file from its file cache (only that file's pages).
 void dropFromFileCache(const QString& file)
 {
@@ -504,10 +553,10 @@ int main(int argc, char** argv)
     const QStringList modes{QStringLiteral("lists"),  QStringLiteral("page"),
                             QStringLiteral("print"),  QStringLiteral("record"),
                             QStringLiteral("check"),  QStringLiteral("save"),
-                            QStringLiteral("startup")};
+                            QStringLiteral("export"), QStringLiteral("startup")};
     if (!modes.contains(mode) || folder.isEmpty()
         || args.size() != (mode == QLatin1String("startup") ? 3 : 2)) {
-        err() << "usage: causora-bench lists|page|print|record|check|save FOLDER\n"
+        err() << "usage: causora-bench lists|page|print|record|check|save|export FOLDER\n"
                  "       causora-bench startup FOLDER PROGRAM\n";
         return 2;
     }
@@ -526,6 +575,8 @@ int main(int argc, char** argv)
         ok = check(folder, result);
     else if (mode == QLatin1String("save"))
         ok = save(folder, program, result);
+    else if (mode == QLatin1String("export"))
+        ok = exportAll(folder, program, result);
     else
         ok = startup(folder, args.value(2), result);
     QTextStream(stdout) << QJsonDocument(result).toJson();

@@ -373,14 +373,21 @@ Rows Database::select(const QString& sql, const QVariantList& params, QStringLis
     q.setForwardOnly(true);
     if (!run(q, sql, params, error))
         return rows;
-    if (columnNames) {
-        const QSqlRecord rec = q.record();
-        columnNames->clear();
-        for (int i = 0; i < rec.count(); ++i)
-            *columnNames << rec.fieldName(i);
+    // The names are read once for the statement and shared by its rows.
+    const QSqlRecord rec = q.record();
+    QStringList names;
+    names.reserve(rec.count());
+    for (int i = 0; i < rec.count(); ++i)
+        names << rec.fieldName(i);
+    if (columnNames)
+        *columnNames = names;
+    while (q.next()) {
+        QVariantList values;
+        values.reserve(names.size());
+        for (int i = 0; i < names.size(); ++i)
+            values << q.value(i);
+        rows.push_back(Row(names, values));
     }
-    while (q.next())
-        rows.push_back(rowOf(q));
     // A step that ended in an error (a page found damaged half-way) is a failure too.
     if (q.lastError().isValid()) {
         failOn(q.lastError(), error);

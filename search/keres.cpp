@@ -4,6 +4,7 @@
 #include "locale/Felirat.h"
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
+#include "platform/Export.h"
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "platform/Printer.h"
@@ -13,6 +14,7 @@
 #include "session/Session.h"
 #include "store/Cases.h"
 #include "store/Clients.h"
+#include "store/ErrorLog.h"
 #include "store/Upgrade.h"
 
 #include <QApplication>
@@ -61,6 +63,7 @@ keres::keres(QWidget* parent)
     connect(ui->g3, &QPushButton::clicked, this, &keres::szukites);
     connect(ui->g4, &QPushButton::clicked, this, &keres::g4_Click);
     connect(ui->g5, &QPushButton::clicked, this, &keres::g5_Click);
+    connect(ui->g6, &QPushButton::clicked, this, &keres::g6_Click);
     // Activation is a double click or Enter on a row (a single click where the desktop is set
     // to open items so), the same gesture as on the partner and postal-code screens.
     connect(ui->DataGrid1, &QAbstractItemView::activated, this, &keres::DataGrid1_RowChosen);
@@ -228,6 +231,36 @@ void keres::g5_Click()
         uzenet(QStringLiteral("nyomhiba"), platform::Notice, this);
         break;
     case search::PrintResult::Printed:
+        break;
+    }
+}
+
+void keres::g6_Click()
+{
+    platform::ExportedList list;
+    list.query = m_forras->recordSource();
+    list.columns = platform::gridExportColumns(ui->DataGrid1);
+    list.title = ui->sz1->text();
+    const platform::ExportTexts texts{uzenetszoveg(QStringLiteral("exportcim")),
+                                      {uzenetszoveg(QStringLiteral("exportcim")),
+                                       uzenetszoveg(QStringLiteral("exportfolyik")),
+                                       uzenetszoveg(QStringLiteral("exportmegse"))}};
+    platform::Database& db = Session::instance().database;
+    const platform::ExportResult done = platform::exportListAs(db, list, texts, this);
+    switch (done.outcome) {
+    case platform::ExportOutcome::ReadFailed:
+        engineFailure(db.lastFailure(), done.error, QStringLiteral("keres"), QStringLiteral("g6"),
+                      this);
+        break;
+    case platform::ExportOutcome::WriteFailed:
+        store::hibanaplo(QStringLiteral("keres"), QStringLiteral("g6"),
+                         done.path + QStringLiteral(": ") + done.error);
+        platform::messageBox(uzenetszoveg(QStringLiteral("exporthiba")) + QStringLiteral("\n\n")
+                                     + done.path + QStringLiteral("\n") + done.error,
+                             platform::ErrorNotice, QString(), this);
+        break;
+    case platform::ExportOutcome::Written:
+    case platform::ExportOutcome::Cancelled:
         break;
     }
 }

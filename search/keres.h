@@ -39,6 +39,9 @@ public slots:
     void g2_Click();
     void g4_Click();
     void g5_Click();
+    // Saves the list as shown (its rows, visible columns and headings) to a CSV file or an
+    // OpenDocument spreadsheet.
+    void g6_Click();
     // The grid's row event: a double click or Enter on a row.
     void DataGrid1_RowChosen();
 

@@ -73,17 +73,22 @@ void startupFailure(platform::Failure failure, const QString& dataFile, const QS
 
 } // namespace
 
+QString settingsFile()
+{
+    return settingsPath(platform::programFolder(), userSettingsFolder());
+}
+
 bool adatmegnyitas(platform::Database& db, StartValues* start)
 {
     *start = StartValues();
-    const QString settingsPath = platform::programFolder() + QStringLiteral("/jog.ini");
-    if (!QFileInfo::exists(settingsPath)) {
-        platform::messageBox(settingsPath + QStringLiteral("    Not found "));
+    const QString iniPath = settingsFile();
+    if (!QFileInfo::exists(iniPath)) {
+        platform::messageBox(iniPath + QStringLiteral("    Not found "));
         return false;
     }
     QString text;
     {
-        QFile f(settingsPath);
+        QFile f(iniPath);
         if (f.open(QIODevice::ReadOnly))
             text = QString::fromLocal8Bit(f.readAll());
     }

@@ -18,6 +18,9 @@ struct StartValues
     QString defaultLawyer;
 };
 
+// The jog.ini of this program and user (see settingsPath).
+QString settingsFile();
+
 // Opens the data file named by jog.ini into db, upgrades the layout and reads the starting
 // values into start, as far as the start got. Returns false when the program has to end; every
 // message has been shown (and the data-location screen offered where it helps) and db closed by

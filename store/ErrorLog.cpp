@@ -1,16 +1,25 @@
 #include "store/ErrorLog.h"
 
 #include "platform/Display.h"
+#include "store/Settings.h"
 
 #include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace store {
 
 void hibanaplo(const QString& module, const QString& place, const QString& error)
 {
-    QFile log(QDir(platform::programFolder()).filePath(QStringLiteral("hiba.txt")));
+    // Beside the program, or beside the user's own jog.ini when the program's folder may not
+    // be written (the program installed for the whole machine).
+    QString folder = platform::programFolder();
+    if (!QFileInfo(folder).isWritable()) {
+        folder = userSettingsFolder();
+        QDir().mkpath(folder);
+    }
+    QFile log(QDir(folder).filePath(QStringLiteral("hiba.txt")));
     if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
         return;
     // The date in the office's form, whatever the machine's locale.

@@ -1,5 +1,8 @@
 #include "store/Settings.h"
 
+#include <QFileInfo>
+#include <QStandardPaths>
+
 namespace store {
 
 bool dataFolderFromSettings(const QString& text, QString* folder)
@@ -25,6 +28,23 @@ bool dataFolderFromSettings(const QString& text, QString* folder)
 QString settingsLine(const QString& folder)
 {
     return QStringLiteral("\"path=") + folder + QStringLiteral("\"\r\n");
+}
+
+QString userSettingsFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+           + QStringLiteral("/causora");
+}
+
+QString settingsPath(const QString& programFolder, const QString& userFolder)
+{
+    const QString beside = programFolder + QStringLiteral("/jog.ini");
+    if (QFileInfo(programFolder).isWritable())
+        return beside;
+    const QString own = userFolder + QStringLiteral("/jog.ini");
+    if (!QFileInfo::exists(own) && QFileInfo::exists(beside))
+        return beside;
+    return own;
 }
 
 } // namespace store

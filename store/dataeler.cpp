@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QFileSystemModel>
 #include <QStorageInfo>
 
@@ -68,7 +69,10 @@ void dataeler::Drive1_Change()
 
 void dataeler::ok_Click()
 {
-    QFile settings(platform::programFolder() + QStringLiteral("/jog.ini"));
+    // Beside the program, or the user's own when the program's folder may not be written.
+    const QString path = store::settingsFile();
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile settings(path);
     if (settings.open(QIODevice::WriteOnly | QIODevice::Truncate))
         settings.write(store::settingsLine(m_folder).toLocal8Bit());
     accept();
