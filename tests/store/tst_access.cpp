@@ -130,7 +130,8 @@ void tst_access::opensAfterAWorkstationStoppedInTheMiddleOfASave()
     const double before = db.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble();
     QVERIFY(db.exec("PRAGMA cache_size = 2"));
     QVERIFY(db.begin());
-    QVERIFY(db.exec("UPDATE uzenetek SET uzen1 = uzen1 || ?", {QStringLiteral("x")}));
+    // Long enough to fill more pages than the cache holds, however many messages there are.
+    QVERIFY(db.exec("UPDATE uzenetek SET uzen1 = uzen1 || ?", {QString(2000, u'x')}));
     for (const QString name : {"causora.mdb", "causora.mdb-journal", "caujog.mdw"})
         QVERIFY(QFile::copy(folder + '/' + name, crashed + '/' + name));
     db.rollback();
