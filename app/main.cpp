@@ -55,8 +55,8 @@ int main(int argc, char** argv)
         return 1;
     // The screens of the subsystems plug into the session's hand-off points.
     Screens& screens = Session::instance().screens;
-    installCaptionEditor(&menu);
-    search::install(screens);
+    installCaptionEditor(&menu, Session::instance().database);
+    search::install(screens, Session::instance().database);
     clients::install(screens);
     reference::install(screens, Session::instance().database);
     clients::installPartners(screens, Session::instance().database);

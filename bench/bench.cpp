@@ -146,7 +146,7 @@ bool lists(const QString& folder, const QTemporaryDir& program, QJsonObject& res
     if (!openFolder(folder, program))
         return false;
     const int runs = 7;
-    keres screen;
+    keres screen(db());
     auto* ker2 = screen.findChild<QLineEdit*>(QStringLiteral("ker2"));
 
     // The full case list: from the query until its first rows are in the grid.
@@ -204,7 +204,7 @@ bool page(const QString& folder, const QTemporaryDir& program, QJsonObject& resu
 {
     if (!openFolder(folder, program))
         return false;
-    keres screen;
+    keres screen(db());
     screen.setTipus(QStringLiteral("2"));
     screen.resize(1000, 700);
     screen.show();
@@ -277,7 +277,7 @@ bool print(const QString& folder, const QTemporaryDir& program, QJsonObject& res
 {
     if (!openFolder(folder, program))
         return false;
-    keres screen;
+    keres screen(db());
     screen.setTipus(QStringLiteral("2"));
     screen.Activate();
     const search::PrintedList list = caseList(screen);
@@ -314,7 +314,7 @@ bool exportAll(const QString& folder, const QTemporaryDir& program, QJsonObject&
 {
     if (!openFolder(folder, program))
         return false;
-    keres screen;
+    keres screen(db());
     screen.setTipus(QStringLiteral("2"));
     screen.Activate();
     platform::ExportedList list;

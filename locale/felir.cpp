@@ -10,11 +10,10 @@
 #include <QCloseEvent>
 #include <QPointer>
 
-felir::felir(QWidget* parent)
+felir::felir(platform::Database& db, QWidget* parent)
     : QWidget(parent, Qt::Window)
     , m_ui(std::make_unique<Ui::felir>())
-    , m_felirrst(new platform::TableEditor(Session::instance().database, QStringLiteral("felirat"),
-                                           this))
+    , m_felirrst(new platform::TableEditor(db, QStringLiteral("felirat"), this))
 {
     m_ui->setupUi(this);
     connect(m_ui->g1, &QPushButton::clicked, this, &felir::g1_Click);
@@ -67,15 +66,15 @@ void felir::elutasitva(platform::Failure failure, const QString& engineText)
     engineFailure(failure, engineText, QStringLiteral("felir"), QStringLiteral("DataGrid1"), this);
 }
 
-void installCaptionEditor(QWidget* owner)
+void installCaptionEditor(QWidget* owner, platform::Database& db)
 {
     QPointer<QWidget> guard(owner);
-    Session::instance().screens.showCaptionEditor = [guard] {
+    Session::instance().screens.showCaptionEditor = [guard, &db] {
         if (!guard)
             return;
         auto* editor = guard->findChild<felir*>(QString(), Qt::FindDirectChildrenOnly);
         if (!editor)
-            editor = new felir(guard);
+            editor = new felir(db, guard);
         editor->show();
         editor->raise();
         editor->activateWindow();

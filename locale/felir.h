@@ -19,7 +19,7 @@ class felir : public QWidget
 {
     Q_OBJECT
 public:
-    explicit felir(QWidget* parent = nullptr);
+    explicit felir(platform::Database& db, QWidget* parent = nullptr);
     ~felir() override;
 
 protected:
@@ -37,4 +37,4 @@ private:
 
 // Makes Shift+F5 on the main menu open the one caption editor, as a window of its own owned by
 // the given screen.
-void installCaptionEditor(QWidget* owner);
+void installCaptionEditor(QWidget* owner, platform::Database& db);

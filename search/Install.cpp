@@ -9,12 +9,12 @@
 
 namespace search {
 
-void install(Screens& screens)
+void install(Screens& screens, platform::Database& db)
 {
     auto screen = std::make_shared<QPointer<keres>>();
-    screens.showSearch = [screen](const QString& tipus) {
+    screens.showSearch = [screen, &db](const QString& tipus) {
         if (!*screen) {
-            *screen = new keres;
+            *screen = new keres(db);
             // The screen lives until the program ends, hidden while it is closed.
             QObject::connect(qApp, &QCoreApplication::aboutToQuit, *screen,
                              [w = screen->data()] { delete w; });

@@ -1,12 +1,15 @@
 #pragma once
 
 struct Screens;
+namespace platform {
+class Database;
+}
 
 namespace search {
 
 // Plugs the search screen into the program: screens.showSearch opens it in clients ("1") or
 // cases ("2") mode. There is one search screen; opening it again reuses it. Opening it while
 // it is closed loads it, which closes the client and case screens (keres::Load).
-void install(Screens& screens);
+void install(Screens& screens, platform::Database& db);
 
 } // namespace search

@@ -48,10 +48,11 @@ bool shapesDate(int key)
 
 } // namespace
 
-keres::keres(QWidget* parent)
+keres::keres(platform::Database& db, QWidget* parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::keres>())
-    , m_forras(new platform::ListSource(Session::instance().database, this))
+    , m_db(db)
+    , m_forras(new platform::ListSource(db, this))
 {
     ui->setupUi(this);
     m_forras->setObjectName(QStringLiteral("forras"));
@@ -128,13 +129,13 @@ void keres::szukites()
 void keres::showList(const platform::ListQuery& list)
 {
     if (clientsMode())
-        store::fillClientSortKeys(Session::instance().database);
+        store::fillClientSortKeys(m_db);
     m_forras->setRecordSource(list);
     QString error;
     const bool ok = m_forras->refresh(&error);
     oszlopok();
     if (!ok)
-        engineFailure(Session::instance().database.lastFailure(), error, QStringLiteral("keres"),
+        engineFailure(m_db.lastFailure(), error, QStringLiteral("keres"),
                       QStringLiteral("szukites"), this);
 }
 
@@ -221,7 +222,7 @@ void keres::g5_Click()
                                                ui->sz5->text()};
     list.measureFont = font();
     const std::unique_ptr<platform::Printer> printer = platform::openDefaultPrinter(this);
-    switch (search::listanyomtatas(list, Session::instance().database, printer.get())) {
+    switch (search::listanyomtatas(list, m_db, printer.get())) {
     case search::PrintResult::NoPrinter:
         // The one notice whose text is the program's own, not the catalogue's.
         platform::messageBox(QStringLiteral("nincs nyomtató telepítve"), platform::Notice,
@@ -245,7 +246,7 @@ void keres::g6_Click()
                                       {uzenetszoveg(QStringLiteral("exportcim")),
                                        uzenetszoveg(QStringLiteral("exportfolyik")),
                                        uzenetszoveg(QStringLiteral("exportmegse"))}};
-    platform::Database& db = Session::instance().database;
+    platform::Database& db = m_db;
     const platform::ExportResult done = platform::exportListAs(db, list, texts, this);
     switch (done.outcome) {
     case platform::ExportOutcome::ReadFailed:

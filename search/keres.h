@@ -4,6 +4,7 @@
 #include <QWidget>
 
 namespace platform {
+class Database;
 class ListSource;
 struct ListQuery;
 } // namespace platform
@@ -18,7 +19,7 @@ class keres : public QWidget
 {
     Q_OBJECT
 public:
-    explicit keres(QWidget* parent = nullptr);
+    explicit keres(platform::Database& db, QWidget* parent = nullptr);
     ~keres() override;
 
     // The mode, "1" clients or "2" cases; set it before the screen is shown.
@@ -60,6 +61,7 @@ private:
     void keltezes();
 
     std::unique_ptr<Ui::keres> ui;
+    platform::Database& m_db;
     platform::ListSource* m_forras;
     // Set when another screen of the program took the focus; coming back then lists again.
     bool m_activateOnReturn = false;

@@ -252,7 +252,7 @@ private slots:
         QFETCH(bool, kept);
         QFETCH(bool, saved);
         Screens& screens = Session::instance().screens;
-        search::install(screens);
+        search::install(screens, Session::instance().database);
         screens.showSearch("1");
         keres* search = nullptr;
         for (QWidget* w : QApplication::topLevelWidgets())

@@ -52,7 +52,7 @@ private slots:
         QVERIFY(m_folder->open());
         m_menu = std::make_unique<Alap>();
         QVERIFY(m_menu->load());
-        installCaptionEditor(m_menu.get());
+        installCaptionEditor(m_menu.get(), Session::instance().database);
         m_menu->show();
         m_menu->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_menu.get()));

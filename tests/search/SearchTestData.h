@@ -2,6 +2,7 @@
 
 #include "platform/Database.h"
 #include "search/keres.h"
+#include "session/Session.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -40,7 +41,7 @@ inline void addCase(platform::Database& db, const QString& number, qint64 client
 // A search screen in a mode ("1" clients, "2" cases), shown as the main menu shows it.
 struct Screen
 {
-    keres w;
+    keres w{Session::instance().database};
     explicit Screen(const QString& tipus)
     {
         w.setTipus(tipus);

@@ -145,7 +145,7 @@ private slots:
         QFETCH(QString, tipus);
         fill(5000, 2);
         OtherDesk other(m_folder->dataFile());
-        auto screen = std::make_unique<keres>();
+        auto screen = std::make_unique<keres>(Session::instance().database);
         screen->setTipus(tipus);
         screen->show();
         auto* grid = screen->findChild<QTableView*>("DataGrid1");
@@ -169,7 +169,7 @@ private slots:
             screen.reset();
         }
         // The list read after the other desk's saves shows them.
-        keres again;
+        keres again(Session::instance().database);
         again.setTipus("1");
         again.show();
         again.findChild<QLineEdit*>("ker1")->setText("Másik");
@@ -199,7 +199,7 @@ private slots:
                 if (w->objectName() == "Ugyfelek")
                     shown.reset(w);
         } else {
-            shown = std::make_unique<felir>();
+            shown = std::make_unique<felir>(Session::instance().database);
             shown->show();
         }
         QVERIFY(shown && shown->isVisible());
