@@ -424,14 +424,21 @@ Rows Database::select(const QString& sql, const QVariantList& params, QStringLis
     q.setForwardOnly(true);
     if (!run(q, sql, params, error))
         return rows;
-    if (columnNames) {
-        const QSqlRecord rec = q.record();
-        columnNames->clear();
-        for (int i = 0; i < rec.count(); ++i)
-            *columnNames << rec.fieldName(i);
+    // The names once for the whole result, shared by its rows: a long list (every client for a
+    // choice box) is read at the engine's pace.
+    const QSqlRecord rec = q.record();
+    QStringList names;
+    for (int i = 0; i < rec.count(); ++i)
+        names << rec.fieldName(i);
+    if (columnNames)
+        *columnNames = names;
+    while (q.next()) {
+        QVariantList values;
+        values.reserve(names.size());
+        for (int i = 0; i < names.size(); ++i)
+            values << q.value(i);
+        rows.emplace_back(names, std::move(values));
     }
-    while (q.next())
-        rows.push_back(rowOf(q));
     // A step that ended in an error (a page found damaged half-way) is a failure too.
     if (q.lastError().isValid()) {
         failOn(q.lastError(), error);

@@ -2,10 +2,13 @@
 // fields locked after each step, locked choice boxes, and saves that find their row gone.
 #include "TestSupport.h"
 
+#include "cases/Install.h"
+#include "cases/Ugyek.h"
 #include "clients/Install.h"
 #include "clients/Ugyfelek.h"
 #include "locale/Uzenet.h"
 #include "session/Session.h"
+#include "store/Cases.h"
 #include "store/Clients.h"
 
 #include <functional>
@@ -36,12 +39,39 @@ QWidget* openClient(QWidget* caller, const QString& key)
     return nullptr;
 }
 
+QWidget* openCase(QWidget* caller, const QString& number)
+{
+    cases::install(Session::instance().screens, Session::instance().database);
+    Session::instance().screens.showCase({number, store::Cases::list(), caller});
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* s = qobject_cast<cases::Ugyek*>(w); s && !s->isUnloading()) {
+            s->Activate();
+            return s;
+        }
+    return nullptr;
+}
+
 const QMap<QString, Opener>& screens()
 {
     static const QMap<QString, Opener> map = {
             {"Ugyfelek", [](QWidget* caller) { return openClient(caller, "15"); }},
+            {"Ugyek", [](QWidget* caller) { return openCase(caller, "2019/123"); }},
     };
     return map;
+}
+
+// What a save needs on each screen.
+void fillForSave(QWidget* screen)
+{
+    if (auto* nev1 = screen->findChild<QLineEdit*>("nev1")) {
+        nev1->setText("Mentett Név");
+        return;
+    }
+    if (auto* number = screen->findChild<QLineEdit*>("ugyszam"); !number->isReadOnly())
+        number->setText("R-1");
+    screen->findChild<QComboBox*>("ugyfelnev")->setEditText("Farkas Mária");
+    screen->findChild<QComboBox*>("ugytipus")->setEditText("Polgári ügy");
+    screen->findChild<QComboBox*>("ugyved")->setEditText("Dr. Szabó Katalin");
 }
 
 } // namespace
@@ -81,8 +111,9 @@ private slots:
         m_folder.reset();
     }
 
-    // Each row: a screen, the commands pressed in turn (a Yes answers every question), and
-    // what is open, what is locked and what hivo says afterwards. Later screens add rows.
+    // Each row: a screen, the commands pressed in turn (a Yes answers every question; a save
+    // first fills what it needs, "g5:asis" saves the entry as it is), and what is open, what is
+    // locked and what hivo says afterwards. Later screens add rows.
     void stateTable_data()
     {
         QTest::addColumn<QString>("screen");
@@ -107,6 +138,27 @@ private slots:
                                         << clientFields << QStringList{} << "";
         QTest::newRow("close refused") << "Ugyfelek" << QStringList{"g3", "g7:No"} << "g5 g7"
                                        << QStringList{} << clientFields << "1";
+
+        const QStringList caseFields{"ugyszam",   "ugyfelnev", "ugyved",      "kezdet",
+                                     "ellorszag", "ellirsz",   "ellugyvorsz", "alszam"};
+        const QStringList caseFieldsButNumber = caseFields.mid(1);
+        QTest::newRow("case shown")
+                << "Ugyek" << QStringList{} << "g3 g4 g6 g7" << caseFields << QStringList{} << "";
+        QTest::newRow("case new") << "Ugyek" << QStringList{"g3"} << "g5 g7" << QStringList{}
+                                  << caseFields << "1";
+        QTest::newRow("case change") << "Ugyek" << QStringList{"g4"} << "g5 g7"
+                                     << QStringList{"ugyszam"} << caseFieldsButNumber << "2";
+        // A saved case is locked again.
+        QTest::newRow("case saved") << "Ugyek" << QStringList{"g4", "g5"} << "g3 g4 g6 g7"
+                                    << caseFields << QStringList{} << "2";
+        QTest::newRow("new case saved") << "Ugyek" << QStringList{"g3", "g5"} << "g3 g4 g6 g7"
+                                        << caseFields << QStringList{} << "1";
+        QTest::newRow("case save refused") << "Ugyek" << QStringList{"g3", "g5:asis"} << "g5 g7"
+                                           << QStringList{} << caseFields << "1";
+        QTest::newRow("case deleted") << "Ugyek" << QStringList{"g6"} << "g3 g4 g6 g7" << caseFields
+                                      << QStringList{} << "";
+        QTest::newRow("case close refused") << "Ugyek" << QStringList{"g4", "g7:No"} << "g5 g7"
+                                            << QStringList{"ugyszam"} << caseFieldsButNumber << "2";
     }
     void stateTable()
     {
@@ -118,8 +170,8 @@ private slots:
         for (const QString& step : steps) {
             const QStringList parts = step.split(':');
             boxes.answer(parts.value(1) == "No" ? platform::AnswerNo : platform::AnswerYes);
-            if (parts.first() == "g5")
-                m_screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
+            if (parts.first() == "g5" && parts.value(1) != "asis")
+                fillForSave(m_screen);
             button(parts.first())->click();
         }
         QTEST(enabled(), "enabled");
