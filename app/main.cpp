@@ -1,3 +1,4 @@
+#include "cases/Install.h"
 #include "clients/Install.h"
 #include "clients/PartnerInstall.h"
 #include "locale/felir.h"
@@ -60,6 +61,7 @@ int main(int argc, char** argv)
     clients::install(screens);
     reference::install(screens, Session::instance().database);
     clients::installPartners(screens, Session::instance().database);
+    cases::install(screens, Session::instance().database, clients::newClientForCase);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();

@@ -9,9 +9,12 @@
 //   causora-bench check FOLDER     the structure check, bounded as at start-up and in full
 //   causora-bench save FOLDER      durable saves of one client
 //   causora-bench export FOLDER    the whole case list exported to CSV and to a spreadsheet
+//   causora-bench case FOLDER      a case opened from the whole case list and saved
 //   causora-bench startup FOLDER PROGRAM
 //                                  the program's start to an idle main menu, on the folder and
 //                                  on an empty register
+#include "cases/Install.h"
+#include "cases/Ugyek.h"
 #include "platform/Database.h"
 #include "platform/Display.h"
 #include "platform/Export.h"
@@ -21,6 +24,7 @@
 #include "search/ListPrint.h"
 #include "search/keres.h"
 #include "session/Session.h"
+#include "store/Cases.h"
 #include "store/Clients.h"
 #include "store/DataLocation.h"
 #include "store/Prepare.h"
@@ -32,6 +36,7 @@
 #include <functional>
 #include <unistd.h>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -41,6 +46,7 @@
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QProcess>
+#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -465,6 +471,75 @@ bool save(const QString& folder, const QTemporaryDir& program, QJsonObject& resu
     return ok;
 }
 
+// Opens a case from the middle of the whole case list as the search screen hands it over (the
+// case screen is made, reads the case, is shown and activated: captions and the choice lists,
+// every client among them), then changes its remark and saves it. The case is given its own
+// values back at the end.
+bool caseScreen(const QString& folder, const QTemporaryDir& program, QJsonObject& result)
+{
+    if (!openFolder(folder, program))
+        return false;
+    Screens& screens = Session::instance().screens;
+    cases::install(screens, db());
+    keres search;
+    search.setTipus(QStringLiteral("2"));
+    search.Activate();
+    const platform::ListQuery list = search.forras().recordSource();
+    const qint64 middle
+            = db().scalar(QStringLiteral("SELECT count(*) FROM ugyek")).toLongLong() / 2;
+    const QString number = db().first(list.text() + QStringLiteral(" LIMIT 1 OFFSET ?"),
+                                      QVariantList(list.params) << middle)
+                                   .text(QStringLiteral("ugyszam"));
+    const platform::Row original = store::Cases(db()).find(number);
+    if (original.isEmpty()) {
+        err() << "no case in the middle of the list\n";
+        return false;
+    }
+    bool ok = true;
+    QList<double> opens, saves;
+    int clients = 0;
+    for (int i = 0; i < 7; ++i) {
+        QElapsedTimer t;
+        t.start();
+        screens.showCase({number, list, &search});
+        cases::Ugyek* screen = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (auto* s = qobject_cast<cases::Ugyek*>(w); s && !s->isUnloading())
+                screen = s;
+        }
+        if (!screen)
+            return false;
+        QCoreApplication::processEvents();
+        if (!screen->isActiveWindow())
+            screen->Activate();
+        opens << t.nsecsElapsed() / 1e6;
+        clients = screen->findChild<QComboBox*>(QStringLiteral("ugyfelnev"))->count();
+
+        screen->findChild<QPushButton*>(QStringLiteral("g4"))->click();
+        const QString remark = QStringLiteral("Mérés %1").arg(i);
+        screen->findChild<QLineEdit*>(QStringLiteral("megjegyzes"))->setText(remark);
+        t.restart();
+        screen->findChild<QPushButton*>(QStringLiteral("g5"))->click();
+        saves << t.nsecsElapsed() / 1e6;
+        ok = store::Cases(db()).find(number).text(QStringLiteral("megjegyzes")) == remark && ok;
+        screen->unload(false);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    QVariantMap values;
+    for (const QString& column : original.names()) {
+        if (column != QLatin1String("ugyszamertek"))
+            values.insert(column, original.value(column));
+    }
+    ok = store::Cases(db()).change(number, values).stored() && ok;
+    result[QStringLiteral("case_open_ms")] = median(opens);
+    result[QStringLiteral("case_save_ms")] = median(saves);
+    result[QStringLiteral("case_open_runs")] = toJson(opens);
+    result[QStringLiteral("case_clients_listed")] = clients;
+    if (!ok)
+        err() << "a save of case " << number << " was not stored\n";
+    return ok;
+}
+
 // Runs the program until it reports its main menu idle; the time from the start of the
 // process to that report, in ms, or -1 when it did not come.
 double startOnce(const QString& executable)
@@ -550,13 +625,13 @@ int main(int argc, char** argv)
     const QStringList args = app.arguments().mid(1);
     const QString mode = args.value(0);
     const QString folder = args.value(1);
-    const QStringList modes{QStringLiteral("lists"),  QStringLiteral("page"),
-                            QStringLiteral("print"),  QStringLiteral("record"),
-                            QStringLiteral("check"),  QStringLiteral("save"),
-                            QStringLiteral("export"), QStringLiteral("startup")};
+    const QStringList modes{
+            QStringLiteral("lists"),  QStringLiteral("page"),  QStringLiteral("print"),
+            QStringLiteral("record"), QStringLiteral("check"), QStringLiteral("save"),
+            QStringLiteral("export"), QStringLiteral("case"),  QStringLiteral("startup")};
     if (!modes.contains(mode) || folder.isEmpty()
         || args.size() != (mode == QLatin1String("startup") ? 3 : 2)) {
-        err() << "usage: causora-bench lists|page|print|record|check|save|export FOLDER\n"
+        err() << "usage: causora-bench lists|page|print|record|check|save|export|case FOLDER\n"
                  "       causora-bench startup FOLDER PROGRAM\n";
         return 2;
     }
@@ -577,6 +652,8 @@ int main(int argc, char** argv)
         ok = save(folder, program, result);
     else if (mode == QLatin1String("export"))
         ok = exportAll(folder, program, result);
+    else if (mode == QLatin1String("case"))
+        ok = caseScreen(folder, program, result);
     else
         ok = startup(folder, args.value(2), result);
     QTextStream(stdout) << QJsonDocument(result).toJson();

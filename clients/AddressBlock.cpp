@@ -3,6 +3,7 @@
 #include "clients/ComboAutoComplete.h"
 #include "locale/Uzenet.h"
 #include "session/Session.h"
+#include "store/ErrorLog.h"
 #include "store/PostalCodes.h"
 
 #include <QComboBox>
@@ -35,13 +36,13 @@ bool inLayout(const QLayout* layout, const QWidget* widget)
 
 } // namespace
 
-QString irszhelybol(const QString& country, const QString& place)
+QString irszhelybol(const QString& country, const QString& place, QString* error)
 {
     if (country.isEmpty()) {
         uzenet(QStringLiteral("nincsorsz"), platform::Notice);
         return QString();
     }
-    return store::PostalCodes(Session::instance().database).codeOf(country, place);
+    return store::PostalCodes(Session::instance().database).codeOf(country, place, error);
 }
 
 AddressBlock::AddressBlock(QComboBox* country, QLineEdit* postalCode, QLineEdit* place,
@@ -54,7 +55,7 @@ AddressBlock::AddressBlock(QComboBox* country, QLineEdit* postalCode, QLineEdit*
     , m_autoComplete(new ComboAutoComplete(country))
 {
     m_placeList->hide();
-    connect(m_postalCode, &QLineEdit::textChanged, this, [this] { m_irszvaltozott = true; });
+    connect(m_postalCode, &QLineEdit::textChanged, this, [this] { *m_irszvaltozott = true; });
     connect(m_placeList, &QListWidget::itemClicked, this, &AddressBlock::helylistaClick);
     // Enter on the list chooses as a click does, for users of the keyboard.
     connect(m_placeList, &QListWidget::itemActivated, this, &AddressBlock::helylistaClick);
@@ -81,9 +82,17 @@ bool AddressBlock::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
+void AddressBlock::logFailures(const QString& module, const QString& codePlace,
+                               const QString& placePlace)
+{
+    m_logModule = module;
+    m_codePlace = codePlace;
+    m_placePlace = placePlace;
+}
+
 void AddressBlock::irszbolhely()
 {
-    if (!m_irszvaltozott)
+    if (!*m_irszvaltozott)
         return;
     const QString country = m_country->currentText();
     const QString code = m_postalCode->text();
@@ -104,8 +113,15 @@ void AddressBlock::irszbolhely()
         }
     }
 
+    QString error;
+    const QStringList places
+            = store::PostalCodes(Session::instance().database).places(country, code, &error);
+    if (!error.isEmpty() && !m_logModule.isEmpty()) {
+        store::hibanaplo(m_logModule, m_codePlace, error);
+        return;
+    }
     m_placeList->clear();
-    m_placeList->addItems(store::PostalCodes(Session::instance().database).places(country, code));
+    m_placeList->addItems(places);
 
     QString chosen;
     if (m_placeList->count() == 1) {
@@ -125,14 +141,19 @@ void AddressBlock::irszbolhely()
     }
     if (!chosen.isEmpty())
         m_place->setText(chosen);
-    m_irszvaltozott = false;
+    *m_irszvaltozott = false;
 }
 
 void AddressBlock::helybolirsz()
 {
     if (!m_postalCode->text().isEmpty())
         return;
-    const QString code = irszhelybol(m_country->currentText(), m_place->text());
+    QString error;
+    const QString code = irszhelybol(m_country->currentText(), m_place->text(), &error);
+    if (!error.isEmpty() && !m_logModule.isEmpty()) {
+        store::hibanaplo(m_logModule, m_placePlace, error);
+        return;
+    }
     if (!code.isEmpty())
         m_postalCode->setText(code);
 }
@@ -143,7 +164,7 @@ void AddressBlock::helylistaClick(QListWidgetItem* item)
         item = m_placeList->currentItem();
     if (item && !item->text().isEmpty())
         m_place->setText(item->text());
-    m_irszvaltozott = false;
+    *m_irszvaltozott = false;
 }
 
 void AddressBlock::helylistaLostFocus()

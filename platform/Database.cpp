@@ -386,7 +386,7 @@ Rows Database::select(const QString& sql, const QVariantList& params, QStringLis
         values.reserve(names.size());
         for (int i = 0; i < names.size(); ++i)
             values << q.value(i);
-        rows.push_back(Row(names, values));
+        rows.emplace_back(names, std::move(values));
     }
     // A step that ended in an error (a page found damaged half-way) is a failure too.
     if (q.lastError().isValid()) {

@@ -116,7 +116,7 @@ QAbstractButton* RecordForm::button(Role role) const
 void RecordForm::load(const platform::Row& row)
 {
     for (const Field& f : m_fields) {
-        if (!row.contains(f.column))
+        if (f.column.isEmpty() || !row.contains(f.column))
             continue;
         if (f.kind == Field::YesNo) {
             // A stored yes reads as -1; no and no value choose "no".
@@ -133,6 +133,8 @@ QVariantMap RecordForm::values() const
 {
     QVariantMap values;
     for (const Field& f : m_fields) {
+        if (f.kind == Field::Shown)
+            continue;
         if (f.kind == Field::YesNo) {
             auto* yes = m_screen->findChild<QAbstractButton*>(f.widget);
             auto* no = m_screen->findChild<QAbstractButton*>(f.noWidget);

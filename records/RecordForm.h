@@ -30,6 +30,10 @@ struct Field
         YesNo, // an option pair: widget is "yes" (stored as -1), noWidget is "no" (0)
         Choice, // an editable choice box; its text is the value
         Date, // a date typed as text; stored as typed, an empty one as no value
+        // Shown, emptied, locked and opened with the record, but never stored with it: a
+        // name read from another table, or an entry field of another table (with no column,
+        // it is not loaded either).
+        Shown,
     };
     Field(QString widgetName, QString columnName, Kind fieldKind = Text, QString noOption = {},
           bool alwaysOpen = false)
@@ -76,7 +80,8 @@ public:
     // its field as it is.
     void load(const platform::Row& row);
     // Each field's value by column: no value for an empty text, -1/0 for a chosen option
-    // pair (a pair with neither chosen is left out, so it is not written).
+    // pair (a pair with neither chosen is left out, so it is not written). Shown fields are
+    // left out.
     QVariantMap values() const;
     void clear();
 

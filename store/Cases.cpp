@@ -1,5 +1,7 @@
 #include "store/Cases.h"
 
+#include "store/Upgrade.h"
+
 namespace store {
 
 namespace {
@@ -9,6 +11,20 @@ const QString table = QStringLiteral("ugyek");
 platform::Row Cases::find(const QString& ugyszam, QString* error) const
 {
     return m_db.first(QStringLiteral("SELECT * FROM ugyek WHERE ugyszam = ?"), {ugyszam}, error);
+}
+
+platform::Row Cases::findWithClient(const QString& ugyszam, QString* error) const
+{
+    return m_db.first(QStringLiteral("SELECT ugyek.*, ugyfelek.unev1 FROM ugyek LEFT JOIN ugyfelek"
+                                     " ON ugyek.ugyfelkod = ugyfelek.ukod WHERE ugyszam = ?"),
+                      {ugyszam}, error);
+}
+
+bool Cases::exists(const QString& ugyszam, QString* error) const
+{
+    return !m_db.first(QStringLiteral("SELECT ugyszam FROM ugyek WHERE ugyszam = ? COLLATE NOCASE"),
+                       {ugyszam}, error)
+                    .isEmpty();
 }
 
 Written Cases::add(const QVariantMap& values)
@@ -39,6 +55,36 @@ Written Cases::change(const QString& ugyszam, const QVariantMap& values)
 Written Cases::remove(const QString& ugyszam)
 {
     return removeRow(m_db, table, QStringLiteral("ugyszam"), ugyszam);
+}
+
+bool Cases::choices(CaseChoices* lists, QString* error) const
+{
+    *lists = CaseChoices();
+    // Names written by other tools get their sort key first, so that they stand in order.
+    store::fillClientSortKeys(m_db);
+    QString e;
+    const platform::Rows clients
+            = m_db.select(QStringLiteral("SELECT ukod, unev1 FROM ugyfelek WHERE unev1 <> ''"
+                                         " ORDER BY unev1kulcs, ukod"),
+                          {}, &e);
+    lists->clientKeys.reserve(qsizetype(clients.size()));
+    lists->clientNames.reserve(qsizetype(clients.size()));
+    for (const platform::Row& row : clients) {
+        lists->clientKeys << row.value(0).toLongLong();
+        lists->clientNames << row.value(1).toString();
+    }
+    auto names = [&](const char* sql, QStringList* into) {
+        if (!e.isEmpty())
+            return;
+        for (const platform::Row& row : m_db.select(QLatin1String(sql), {}, &e))
+            *into << row.value(0).toString();
+    };
+    names("SELECT ugyvednev FROM ugyvedek ORDER BY ugyvednev COLLATE HU", &lists->lawyers);
+    names("SELECT tipus FROM tipusok ORDER BY tipus COLLATE HU", &lists->types);
+    names("SELECT orszagnev FROM orszagok ORDER BY orszagnev COLLATE HU", &lists->countries);
+    if (!e.isEmpty() && error)
+        *error = e;
+    return e.isEmpty();
 }
 
 platform::ListQuery Cases::list()

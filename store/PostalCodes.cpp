@@ -57,24 +57,24 @@ Written PostalCodes::remove(const QVariant& irszsorszam)
     return removeRow(m_db, table, keyColumn, irszsorszam);
 }
 
-QStringList PostalCodes::places(const QString& country, const QString& code) const
+QStringList PostalCodes::places(const QString& country, const QString& code, QString* error) const
 {
     QStringList result;
     const platform::Rows rows = m_db.select(
             QStringLiteral("SELECT hely FROM irsz WHERE orszag = ? COLLATE HU AND irsz = ?"
                            " ORDER BY irszsorszam"),
-            {country, code});
+            {country, code}, error);
     for (const platform::Row& row : rows)
         result << row.text(QStringLiteral("hely"));
     return result;
 }
 
-QString PostalCodes::codeOf(const QString& country, const QString& place) const
+QString PostalCodes::codeOf(const QString& country, const QString& place, QString* error) const
 {
     return m_db
             .first(QStringLiteral("SELECT irsz FROM irsz WHERE orszag = ? COLLATE HU"
                                   " AND hely = ? COLLATE HU ORDER BY irszsorszam LIMIT 1"),
-                   {country, place})
+                   {country, place}, error)
             .text(QStringLiteral("irsz"));
 }
 

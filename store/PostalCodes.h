@@ -24,9 +24,9 @@ public:
     Written remove(const QVariant& irszsorszam);
 
     // The places of a postal code in a country, in the register's order.
-    QStringList places(const QString& country, const QString& code) const;
+    QStringList places(const QString& country, const QString& code, QString* error = nullptr) const;
     // The postal code of a place in a country: the first in the register's order, or empty.
-    QString codeOf(const QString& country, const QString& place) const;
+    QString codeOf(const QString& country, const QString& place, QString* error = nullptr) const;
 
     // The register's rows, all or those of one country, by postal code. The grid's data fields
     // are IRSZ, Hely and Orszag (spelt so), and the key irszsorszam.

@@ -29,6 +29,8 @@ UNITS = [
     ("comm", 4, ["comm/"]),
     # The edit model the record screens share.
     ("records", 5, ["records/"]),
+    # The address-entry helpers of the client, partner and case screens.
+    ("address", 5, ["clients/AddressBlock.", "clients/ComboAutoComplete."]),
     ("search", 6, ["search/"]),
     ("clients", 6, ["clients/"]),
     ("cases", 6, ["cases/"]),

@@ -1,0 +1,598 @@
+#include "TestSupport.h"
+
+#include "cases/Install.h"
+#include "cases/Ugyek.h"
+#include "clients/Install.h"
+#include "clients/Ugyfelek.h"
+#include "locale/Uzenet.h"
+#include "platform/ListSource.h"
+#include "search/keres.h"
+#include "session/Session.h"
+#include "store/Cases.h"
+
+#include <memory>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+
+using cases::Ugyek;
+
+class tst_ugyek : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<testsupport::TestFolder> m_folder;
+    QWidget m_search;
+    // What the stand-in lookup-list editor was asked, and its way back.
+    QStringList m_lookups;
+    cases::CaseHandOffs::Closed m_lookupClosed;
+
+    static platform::Database& db() { return Session::instance().database; }
+    static platform::Row stored(const QString& number)
+    {
+        return db().first("select * from ugyek where ugyszam = ?", {number});
+    }
+    static QStringList casesExcept(const QString& number)
+    {
+        QStringList values;
+        for (const platform::Row& row :
+             db().select("select * from ugyek where ugyszam <> ? order by ugyszam", {number}))
+            for (int i = 0; i < row.count(); ++i)
+                values << row.value(i).toString();
+        return values;
+    }
+    static QStringList texts(QStringList codes)
+    {
+        for (QString& code : codes)
+            code = uzenetszoveg(code);
+        return codes;
+    }
+    static Ugyek* screen()
+    {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* s = qobject_cast<Ugyek*>(w); s && !s->isUnloading())
+                return s;
+        return nullptr;
+    }
+    static QLineEdit* edit(const char* name) { return screen()->findChild<QLineEdit*>(name); }
+    static QComboBox* box(const char* name) { return screen()->findChild<QComboBox*>(name); }
+    static QAbstractButton* button(const char* name)
+    {
+        return screen()->findChild<QAbstractButton*>(name);
+    }
+    // Types as a user would; characters beyond ASCII are sent one by one.
+    static void type(QWidget* w, const QString& text)
+    {
+        for (const QChar c : text)
+            QTest::sendKeyEvent(QTest::Click, w, Qt::Key(c.toUpper().unicode()), QString(c), {});
+    }
+    // Enters a field, and leaves it for the next one.
+    static void leave(QWidget* w, const QString& typed = {})
+    {
+        w->setFocus();
+        type(w, typed);
+        QTest::keyClick(w, Qt::Key_Tab);
+    }
+    // The search screen's hand-off: a chosen case, or with no number a new case.
+    void open(const QString& number = {}, const store::CaseFilter& filter = {})
+    {
+        Screens& screens = Session::instance().screens;
+        (number.isEmpty() ? screens.newCase
+                          : screens.showCase)({number, store::Cases::list(filter), &m_search});
+        QVERIFY(screen());
+        screen()->Activate();
+        QVERIFY(QTest::qWaitForWindowActive(screen()));
+    }
+    // A new case with what a save needs; the client is written into the box as a paste would.
+    static void fill(const QString& number, const QString& client = "Farkas Mária")
+    {
+        edit("ugyszam")->setText(number);
+        box("ugyfelnev")->setEditText(client);
+        box("ugytipus")->setEditText("Polgári ügy");
+        box("ugyved")->setEditText("Dr. Szabó Katalin");
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        QVERIFY(m_folder->open());
+        Screens& screens = Session::instance().screens;
+        cases::install(screens, db(), clients::newClientForCase);
+        m_lookups.clear();
+        screens.addToLookupList = [this](const QString& hivo, QWidget*, auto closed) {
+            m_lookups << hivo;
+            m_lookupClosed = closed;
+        };
+        m_search.hide();
+    }
+    void cleanup()
+    {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (qobject_cast<Ugyek*>(w) || qobject_cast<clients::Ugyfelek*>(w)
+                || qobject_cast<keres*>(w))
+                w->deleteLater();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_folder.reset();
+    }
+
+    // A save checks the required fields in order, then (for a new case) the number, then the
+    // client; a refusal writes nothing and keeps the entry open.
+    void saveRefusals_data()
+    {
+        QTest::addColumn<QStringList>("entry"); // number, client, type, lawyer
+        QTest::addColumn<QString>("message");
+        QTest::newRow("all empty") << QStringList{"", "", "", ""} << "kotelezo";
+        QTest::newRow("number only") << QStringList{"T-1", "", "", ""} << "kotelezo";
+        QTest::newRow("no lawyer")
+                << QStringList{"T-1", "Farkas Mária", "Cégügy", ""} << "kotelezo";
+        QTest::newRow("number taken, no client")
+                << QStringList{"10", "Senki Sem", "Cégügy", "Dr. X"} << "vanmar";
+        QTest::newRow("number taken, other letter case")
+                << QStringList{"10/a", "Farkas Mária", "Cégügy", "Dr. X"} << "vanmar";
+        QTest::newRow("no client")
+                << QStringList{"T-1", "Senki Sem", "Cégügy", "Dr. X"} << "nincsugyf";
+    }
+    void saveRefusals()
+    {
+        QFETCH(QStringList, entry);
+        QFETCH(QString, message);
+        const QStringList all = casesExcept({});
+        open();
+        edit("ugyszam")->setText(entry[0]);
+        box("ugyfelnev")->setEditText(entry[1]);
+        box("ugytipus")->setEditText(entry[2]);
+        box("ugyved")->setEditText(entry[3]);
+        testsupport::MessageRecorder boxes;
+        button("g5")->click();
+        QCOMPARE(boxes.texts(), texts({message}));
+        QCOMPARE(casesExcept({}), all);
+        QVERIFY(button("g5")->isEnabled() && !edit("ugyszam")->isReadOnly());
+        for (const char* b : {"g10", "g11", "g12", "g13", "g14"})
+            QVERIFY2(button(b)->isHidden(), b);
+    }
+    void refusedWithoutTheRight_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("position");
+        QTest::newRow("new") << "g3" << 8;
+        QTest::newRow("change") << "g4" << 10;
+        QTest::newRow("delete") << "g6" << 9;
+    }
+    void refusedWithoutTheRight()
+    {
+        QFETCH(QString, command);
+        QFETCH(int, position);
+        open("2019/123");
+        Session::instance().rights = QString(20, u'1').replace(position - 1, 1, u'0');
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button(command.toLatin1())->click();
+        QCOMPARE(boxes.texts(), texts({"nincsjog"}));
+        QCOMPARE(edit("ugyszam")->text(), QString("2019/123"));
+        QVERIFY(edit("ugyszam")->isReadOnly() && !button("g5")->isEnabled());
+        QVERIFY(!stored("2019/123").isEmpty());
+    }
+
+    // Empty dates: one blank for a new case, an empty text for a changed one; a date is stored
+    // in its calendar form; the remark keeps 250 characters while the field shows them all.
+    void storedDatesAndRemark()
+    {
+        open();
+        fill("T-1");
+        edit("kezdet")->clear();
+        const QString remark = QString(290, u'x') + "0123456789";
+        edit("megjegyzes")->setText(remark);
+        button("g5")->click();
+        platform::Row row = stored("T-1");
+        QCOMPARE(row.value("kezdet"), QVariant(" "));
+        QCOMPARE(row.value("zaras"), QVariant(" "));
+        QCOMPARE(row.text("megjegyzes"), remark.left(250));
+        QCOMPARE(edit("megjegyzes")->text(), remark);
+        QCOMPARE(row.value("ugyfelkod").toInt(), 15);
+
+        button("g4")->click();
+        edit("kezdet")->setText("2007.02.30");
+        edit("zaras")->clear();
+        button("g5")->click();
+        row = stored("T-1");
+        QCOMPARE(row.text("kezdet"), QString("2007.03.02"));
+        QCOMPARE(edit("kezdet")->text(), QString("2007.03.02"));
+        QCOMPARE(db().scalar(
+                         "select typeof(zaras) || ':' || zaras from ugyek where ugyszam = 'T-1'"),
+                 QVariant("text:"));
+    }
+
+    void dateTypingAid_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("year") << "2007"
+                              << "2007.";
+        QTest::newRow("whole date") << "20071026"
+                                    << "2007.10.26";
+        QTest::newRow("letter taken back") << "2007x"
+                                           << "2007.";
+        QTest::newRow("letter in the year") << "20a"
+                                            << "20";
+        QTest::newRow("misplaced point") << "200."
+                                         << "200";
+    }
+    void dateTypingAid()
+    {
+        QFETCH(QString, typed);
+        open();
+        edit("kezdet")->clear();
+        edit("kezdet")->setFocus();
+        QTest::keyClicks(edit("kezdet"), typed);
+        QTEST(edit("kezdet")->text(), "shown");
+    }
+    // A slash typed before the last digit's key comes up stays; the text is read by position.
+    void slashAfterTheYearStays()
+    {
+        open();
+        QLineEdit* kezdet = edit("kezdet");
+        kezdet->clear();
+        kezdet->setFocus();
+        QTest::keyClicks(kezdet, "200");
+        QTest::keyPress(kezdet, Qt::Key_7, {}, -1);
+        QTest::keyPress(kezdet, Qt::Key_Slash, {}, -1);
+        QTest::keyRelease(kezdet, Qt::Key_7);
+        QTest::keyRelease(kezdet, Qt::Key_Slash);
+        QCOMPARE(kezdet->text(), QString("2007/"));
+        QTest::keyClicks(kezdet, "1026");
+        QCOMPARE(kezdet->text(), QString("2007/10.26"));
+        QTest::keyClick(kezdet, Qt::Key_Tab);
+        QCOMPARE(kezdet->text(), QString("2007.10.26"));
+    }
+    void dateOnLeaving_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("label"); // the refusal's prefix; "-" for a plain notice
+        QTest::newRow("month carried over") << "kezdet"
+                                            << "2007.13.01"
+                                            << "2008.01.01" << QString();
+        QTest::newRow("last date") << "zaras"
+                                   << "2099.01.01."
+                                   << "2099.01.01" << QString();
+        QTest::newRow("after the last date") << "kezdet"
+                                             << "2099.01.02"
+                                             << "2099.01.02"
+                                             << "Kezdet";
+        QTest::newRow("after the last date, end") << "zaras"
+                                                  << "2100.00.01"
+                                                  << "2099.12.01"
+                                                  << "Megbízás vége:";
+        QTest::newRow("year of three digits") << "kezdet"
+                                              << "0207.01.01"
+                                              << "0207.01.01"
+                                              << "Kezdet";
+        QTest::newRow("not a number") << "kezdet"
+                                      << "20x7.01.01"
+                                      << "20x7.01.01"
+                                      << "-";
+        QTest::newRow("day missing") << "kezdet"
+                                     << "2007.01."
+                                     << "2007.01."
+                                     << "-";
+        QTest::newRow("empty") << "zaras" << QString() << QString() << QString();
+    }
+    void dateOnLeaving()
+    {
+        QFETCH(QString, field);
+        QFETCH(QString, text);
+        QFETCH(QString, label);
+        open();
+        QLineEdit* date = edit(field.toLatin1());
+        date->setText(text);
+        testsupport::MessageRecorder boxes;
+        leave(date);
+        QTEST(date->text(), "shown");
+        const QString bad = uzenetszoveg("hibasadat");
+        if (label.isEmpty()) {
+            QVERIFY(boxes.shown().isEmpty());
+            QVERIFY(QApplication::focusWidget() != date);
+        } else if (label == "-") {
+            // Not a date: a notice, and the focus goes back one field, to the date.
+            QCOMPARE(boxes.texts(), QStringList{bad});
+            QCOMPARE(boxes.shown().first().style, int(platform::Notice));
+            QCOMPARE(QApplication::focusWidget(), date);
+        } else {
+            QCOMPARE(boxes.texts(), QStringList{label + " - " + bad});
+            QCOMPARE(boxes.shown().first().style, int(platform::ErrorNotice));
+            QCOMPARE(QApplication::focusWidget(), date);
+        }
+    }
+    void enterMovesOnButNotInTheNotes()
+    {
+        open();
+        edit("ugyszam")->setText("T-1");
+        edit("kezdet")->setFocus();
+        QTest::keyClick(edit("kezdet"), Qt::Key_Return);
+        QCOMPARE(QApplication::focusWidget(), edit("zaras"));
+        screen()->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(2);
+        auto* notes = screen()->findChild<QPlainTextEdit*>("feljegyzes");
+        notes->setFocus();
+        QTest::keyClicks(notes, "a");
+        QTest::keyClick(notes, Qt::Key_Return);
+        QTest::keyClicks(notes, "b");
+        QCOMPARE(notes->toPlainText(), QString("a\nb"));
+    }
+
+    // The client box: the type-ahead completes a name, leaving stores that client's key, and
+    // the key is never that of another entry.
+    void clientChosenByTypeAhead()
+    {
+        open();
+        edit("ugyszam")->setText("T-1");
+        QComboBox* clients = box("ugyfelnev");
+        clients->setFocus();
+        type(clients, "Fa");
+        QCOMPARE(clients->currentText(), QString("Farkas Mária"));
+        QTest::keyClick(clients, Qt::Key_Tab);
+        QCOMPARE(edit("ugyfelkod")->text(), QString("15"));
+        // An entry completed and then typed past is no client's name: no key stays behind.
+        testsupport::MessageRecorder boxes;
+        clients->setFocus();
+        clients->lineEdit()->end(false);
+        type(clients, "x");
+        QTest::keyClick(clients, Qt::Key_Tab);
+        QCOMPARE(boxes.texts(), texts({"nincsujat"}));
+        QCOMPARE(clients->currentText(), QString("Farkas Máriax"));
+        QCOMPARE(edit("ugyfelkod")->text(), QString("0"));
+        box("ugytipus")->setEditText("Cégügy");
+        box("ugyved")->setEditText("Dr. X");
+        button("g5")->click();
+        QCOMPARE(boxes.texts(), texts({"nincsujat", "nincsugyf"}));
+        QVERIFY(stored("T-1").isEmpty());
+    }
+    void namesakeNeverTakesTheShownClientsPlace()
+    {
+        // A second Farkas Mária, after the first in the list, owns a case.
+        QVariant key;
+        QVERIFY(db().insert("ugyfelek", {{"unev1", "Farkas Mária"}}, &key));
+        QVERIFY(store::Cases(db()).add({{"ugyszam", "N-1"}, {"ugyfelkod", key}}).stored());
+        open("N-1");
+        QCOMPARE(box("ugyfelnev")->currentText(), QString("Farkas Mária"));
+        button("g4")->click();
+        box("ugyfelnev")->setFocus();
+        QTest::keyClick(box("ugyfelnev"), Qt::Key_Tab);
+        box("ugytipus")->setEditText("Cégügy");
+        box("ugyved")->setEditText("Dr. X");
+        button("g5")->click();
+        QCOMPARE(stored("N-1").value("ugyfelkod"), key);
+    }
+    void unknownClientIsRecordedOnTheClientScreen()
+    {
+        open();
+        edit("ugyszam")->setText("T-2");
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        leave(box("ugyfelnev"), "Új Ügyfél Kft.");
+        QCOMPARE(boxes.texts(), texts({"nincsujat"}));
+        clients::Ugyfelek* client = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* c = qobject_cast<clients::Ugyfelek*>(w); c && c->isVisible())
+                client = c;
+        QVERIFY(client);
+        QCOMPARE(client->findChild<QLineEdit*>("nev1")->text(), QString("Új Ügyfél Kft."));
+        QCOMPARE(box("ugyfelnev")->currentText(), QString());
+        client->findChild<QAbstractButton*>("g5")->click();
+        const QString key = db().scalar("select ukod from ugyfelek where unev1 = 'Új Ügyfél Kft.'")
+                                    .toString();
+        QVERIFY(!key.isEmpty() && !client->isVisible());
+        QCOMPARE(edit("ugyfelkod")->text(), key);
+        QCOMPARE(box("ugyfelnev")->currentText(), QString("Új Ügyfél Kft."));
+        QCOMPARE(screen()->focusWidget(), box("ugytipus"));
+        box("ugytipus")->setEditText("Cégügy");
+        box("ugyved")->setEditText("Dr. X");
+        button("g5")->click();
+        QCOMPARE(stored("T-2").text("ugyfelkod"), key);
+    }
+
+    // The case the search list does not hold is the one changed and deleted, on the screen
+    // that created it and on one that shows it; nothing happens to any other case.
+    void caseOutsideTheFilteredList()
+    {
+        const store::CaseFilter onlyNine{"9", {}, {}, {}, {}};
+        const QStringList others = casesExcept("Z-1");
+        open({}, onlyNine);
+        for (const char* b : {"g10", "g11", "g13", "g14"})
+            QVERIFY2(!button(b)->isHidden(), b);
+        QVERIFY(button("g12")->isHidden());
+        fill("Z-1");
+        button("g5")->click();
+        QVERIFY(!stored("Z-1").isEmpty());
+        button("g4")->click();
+        edit("ellnev")->setText("Ellenfél O'Brien");
+        button("g5")->click();
+        QCOMPARE(stored("Z-1").text("ellnev"), QString("Ellenfél O'Brien"));
+        QCOMPARE(casesExcept("Z-1"), others);
+
+        open("Z-1", onlyNine);
+        QCOMPARE(edit("ugyszam")->text(), QString("Z-1"));
+        QCOMPARE(edit("ellnev")->text(), QString("Ellenfél O'Brien"));
+        QCOMPARE(box("ugyfelnev")->currentText(), QString("Farkas Mária"));
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button("g6")->click();
+        QVERIFY(stored("Z-1").isEmpty());
+        QCOMPARE(casesExcept("Z-1"), others);
+        QVERIFY(edit("ugyszam")->text().isEmpty());
+        QCOMPARE(edit("ugyfelkod")->text(), QString("0"));
+        // With no case shown, delete has nothing to act on.
+        button("g6")->click();
+        QCOMPARE(boxes.texts(), texts({"torol"}));
+    }
+
+    // Before the search screen shows another case, an entry in progress is asked about.
+    void anEntryIsAskedAboutBeforeItGoes()
+    {
+        open("2019/123");
+        button("g4")->click();
+        edit("megjegyzes")->setText("Félbehagyott");
+        const auto& givesWay = Session::instance().screens.caseGivesWay;
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerNo);
+        QVERIFY(!givesWay(GiveWay::Replace));
+        QCOMPARE(edit("megjegyzes")->text(), QString("Félbehagyott"));
+        boxes.answer(platform::AnswerYes);
+        QVERIFY(givesWay(GiveWay::Close));
+        QCOMPARE(boxes.texts(), texts({"ments", "ments"}));
+        QVERIFY(!screen());
+        QVERIFY(stored("2019/123").text("megjegyzes") != "Félbehagyott");
+    }
+
+    // Sub-numbers belong to the typed number, saved case or not, and are stored whole.
+    void subNumbers()
+    {
+        open();
+        edit("ugyszam")->setText("S-1");
+        auto* tabs = screen()->findChild<QTabWidget*>("SSTab1");
+        auto* grid = screen()->findChild<QTableView*>("DataGrid2");
+        tabs->setCurrentIndex(3);
+        QCOMPARE(grid->model()->rowCount(), 0);
+        edit("alszam")->setText("S-1/1'a");
+        edit("aldatum")->setText("2024'02");
+        edit("almegjegyz")->setText("Kovács' beadványa");
+        QElapsedTimer shown;
+        shown.start();
+        button("g1")->click();
+        QVERIFY(edit("alszam")->text().isEmpty() && edit("almegjegyz")->text().isEmpty());
+        QCOMPARE(grid->model()->rowCount(), 0);
+        QTRY_COMPARE(grid->model()->rowCount(), 1);
+        QVERIFY(shown.elapsed() >= 450);
+        edit("alszam")->setText("S-1/2");
+        button("g1")->click();
+        QCOMPARE(db().select("select alugyszam, aldatum, almegjegyz from alszamok"
+                             " where fougyszam = 'S-1' order by rowid")
+                         .front()
+                         .value(2),
+                 QVariant("Kovács' beadványa"));
+        QCOMPARE(db().scalar("select alugyszam || '|' || aldatum || '|' || almegjegyz"
+                             " from alszamok where alugyszam = 'S-1/2'"),
+                 QVariant("S-1/2||"));
+
+        // The case is never saved; a case of that number shows them again.
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button("g7")->click();
+        open();
+        fill("s-1");
+        button("g5")->click();
+        open("s-1");
+        tabs = screen()->findChild<QTabWidget*>("SSTab1");
+        grid = screen()->findChild<QTableView*>("DataGrid2");
+        tabs->setCurrentIndex(3);
+        QCOMPARE(grid->model()->rowCount(), 2);
+        const int column = 2; // alugyszam, after xx and fougyszam
+        QCOMPARE(grid->model()->index(0, column).data().toString(), QString("S-1/1'a"));
+        QVERIFY(grid->isColumnHidden(0) && !grid->isColumnHidden(column));
+    }
+
+    // Two workstations on one file.
+    void aCaseSavedElsewhereIsListedAfterTheNextActivation()
+    {
+        platform::Database other;
+        QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
+        keres search;
+        search.setTipus("2");
+        search.Activate();
+        const int before = search.forras().rowCount();
+        // The other desk's case screen works on its own connection.
+        auto* elsewhere = new Ugyek(other, ListChoice{{}, store::Cases::list(), &m_search}, {});
+        elsewhere->show();
+        elsewhere->Activate();
+        elsewhere->ujugy();
+        fill("W-1");
+        button("g5")->click();
+        QCOMPARE(search.forras().rowCount(), before);
+        search.Activate();
+        QCOMPARE(search.forras().rowCount(), before + 1);
+        elsewhere->unload(false);
+    }
+    void aCaseDeletedElsewhereIsNotWritten()
+    {
+        open("2019/123");
+        button("g4")->click();
+        edit("megjegyzes")->setText("Megváltozott");
+        platform::Database other;
+        QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
+        QVERIFY(store::Cases(other).remove("2019/123").stored());
+        const QStringList all = casesExcept({});
+        testsupport::MessageRecorder boxes;
+        button("g5")->click();
+        QCOMPARE(boxes.texts(), texts({"nincsmar"}));
+        QCOMPARE(casesExcept({}), all);
+        QVERIFY(button("g5")->isEnabled());
+        // Saved again, the entry is stored as a new case of that number.
+        button("g5")->click();
+        QCOMPARE(stored("2019/123").text("megjegyzes"), QString("Megváltozott"));
+    }
+
+    // The two address blocks share one mark of a changed postal code.
+    void opponentsAddress()
+    {
+        open("2019/123");
+        button("g4")->click();
+        auto* tabs = screen()->findChild<QTabWidget*>("SSTab1");
+        box("ellorszag")->setEditText("Magyarország");
+        box("ellugyvorsz")->setEditText("Magyarország");
+        tabs->setCurrentIndex(1);
+        leave(edit("ellugyvirsz"), "6720");
+        QCOMPARE(edit("ellugyvhely")->text(), QString("Szeged"));
+        edit("ellugyvhely")->setText("Kézzel írt");
+        tabs->setCurrentIndex(0);
+        leave(edit("ellirsz"), "1054");
+        QCOMPARE(edit("ellhely")->text(), QString("Budapest"));
+        // The opponent's changed code leaves the mark set: the lawyer's unchanged code is
+        // looked up on leaving.
+        tabs->setCurrentIndex(1);
+        leave(edit("ellugyvirsz"));
+        QCOMPARE(edit("ellugyvhely")->text(), QString("Szeged"));
+    }
+
+    void choiceListsAndLookupEntries()
+    {
+        open("2019/123");
+        screen()->Activate();
+        QCOMPARE(box("ugyfelnev")->count(), db().scalar("select count(*) from ugyfelek").toInt());
+        QCOMPARE(box("ellugyvorsz")->count(), db().scalar("select count(*) from orszagok").toInt());
+        QCOMPARE(box("ugytipus")->currentText(), QString("Büntetőügy"));
+        QCOMPARE(box("ugyfelnev")->currentText(), QString("Oszkár Tibor"));
+        QCOMPARE(box("ugyfelnev")->currentData().toInt(), 6);
+
+        button("g4")->click();
+        button("g11")->click(); // a type is shown
+        QVERIFY(m_lookups.isEmpty());
+        box("ugytipus")->setEditText(QString());
+        box("ellugyvorsz")->setEditText(QString());
+        button("g11")->click();
+        button("g14")->click();
+        QCOMPARE(m_lookups, QStringList({"21", "12"}));
+        QVERIFY(db().insert("orszagok", {{"orszagnev", "Zéland"}}));
+        m_lookupClosed("Zéland");
+        QCOMPARE(box("ellugyvorsz")->currentText(), QString("Zéland"));
+        QVERIFY(box("ellorszag")->findText("Zéland") >= 0);
+
+        // The notes take the clipboard's text and give their selection, or all of them.
+        auto* notes = screen()->findChild<QPlainTextEdit*>("feljegyzes");
+        notes->setPlainText("Első sor\n");
+        QApplication::clipboard()->setText("második sor");
+        button("g8")->click();
+        QCOMPARE(notes->toPlainText(), QString("Első sor\nmásodik sor"));
+        button("g9")->click();
+        QCOMPARE(QApplication::clipboard()->text(), QString("Első sor\nmásodik sor"));
+    }
+};
+
+QTEST_MAIN(tst_ugyek)
+#include "tst_ugyek.moc"
