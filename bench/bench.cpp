@@ -481,7 +481,7 @@ bool caseScreen(const QString& folder, const QTemporaryDir& program, QJsonObject
         return false;
     Screens& screens = Session::instance().screens;
     cases::install(screens, db());
-    keres search;
+    keres search(db());
     search.setTipus(QStringLiteral("2"));
     search.Activate();
     const platform::ListQuery list = search.forras().recordSource();

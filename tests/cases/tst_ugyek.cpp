@@ -503,7 +503,7 @@ private slots:
     {
         platform::Database other;
         QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
-        keres search;
+        keres search(Session::instance().database);
         search.setTipus("2");
         search.Activate();
         const int before = search.forras().rowCount();

@@ -192,20 +192,6 @@ const QMap<QString, ScreenUnderTest>& screens()
     return map;
 }
 
-// What a save needs on each screen.
-void fillForSave(QWidget* screen)
-{
-    if (auto* nev1 = screen->findChild<QLineEdit*>("nev1")) {
-        nev1->setText("Mentett Név");
-        return;
-    }
-    if (auto* number = screen->findChild<QLineEdit*>("ugyszam"); !number->isReadOnly())
-        number->setText("R-1");
-    screen->findChild<QComboBox*>("ugyfelnev")->setEditText("Farkas Mária");
-    screen->findChild<QComboBox*>("ugytipus")->setEditText("Polgári ügy");
-    screen->findChild<QComboBox*>("ugyved")->setEditText("Dr. Szabó Katalin");
-}
-
 } // namespace
 
 class tst_recordform : public QObject
