@@ -1,3 +1,4 @@
+#include "admin/Install.h"
 #include "clients/Install.h"
 #include "locale/felir.h"
 #include "search/Install.h"
@@ -56,6 +57,7 @@ int main(int argc, char** argv)
     installCaptionEditor(&menu);
     search::install(screens);
     clients::install(screens);
+    admin::install(screens, Session::instance().database);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();

@@ -2,9 +2,11 @@
 // fields locked after each step, locked choice boxes, and saves that find their row gone.
 #include "TestSupport.h"
 
+#include "admin/users.h"
 #include "clients/Install.h"
 #include "clients/Ugyfelek.h"
 #include "locale/Uzenet.h"
+#include "platform/LockedCombo.h"
 #include "session/Session.h"
 #include "store/Clients.h"
 
@@ -16,6 +18,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -36,12 +39,48 @@ QWidget* openClient(QWidget* caller, const QString& key)
     return nullptr;
 }
 
-const QMap<QString, Opener>& screens()
+// The users editor, modal over the menu in the program, shown here with one user chosen.
+QWidget* openUsers(QWidget*)
 {
-    static const QMap<QString, Opener> map = {
-            {"Ugyfelek", [](QWidget* caller) { return openClient(caller, "15"); }},
+    auto* screen = new admin::users(Session::instance().database);
+    screen->show();
+    auto* list = screen->findChild<QListWidget*>("adatlst");
+    list->setCurrentItem(list->findItems("John Smith", Qt::MatchExactly).value(0));
+    return screen;
+}
+
+// A record screen: how it is opened, its command buttons, the one that saves, and the field
+// given a value before a save.
+struct RecordScreen
+{
+    Opener open;
+    QStringList buttons;
+    QString save;
+    QString nameField;
+};
+
+const QMap<QString, RecordScreen>& screens()
+{
+    static const QMap<QString, RecordScreen> map = {
+            {"Ugyfelek",
+             {[](QWidget* caller) { return openClient(caller, "15"); },
+              {"g3", "g4", "g5", "g6", "g7"},
+              "g5",
+              "nev1"}},
+            {"users", {openUsers, {"g1", "g2", "g3", "g4", "g5"}, "g3", "felhnev"}},
     };
     return map;
+}
+
+// Locked: a text field read-only, a choice box taking no change, any other field disabled.
+bool isLocked(QWidget* w)
+{
+    if (auto* edit = qobject_cast<QLineEdit*>(w))
+        return edit->isReadOnly();
+    if (auto* box = qobject_cast<QComboBox*>(w))
+        return box->lineEdit() ? box->lineEdit()->isReadOnly()
+                               : platform::LockedCombo::of(box)->isLocked();
+    return !w->isEnabled();
 }
 
 } // namespace
@@ -57,10 +96,10 @@ class tst_recordform : public QObject
     {
         return m_screen->findChild<QAbstractButton*>(name);
     }
-    QString enabled()
+    QString enabled(const QStringList& buttons)
     {
         QStringList on;
-        for (const char* b : {"g3", "g4", "g5", "g6", "g7"})
+        for (const QString& b : buttons)
             if (button(b) && button(b)->isEnabled() && !button(b)->isHidden())
                 on << b;
         return on.join(' ');
@@ -107,38 +146,50 @@ private slots:
                                         << clientFields << QStringList{} << "";
         QTest::newRow("close refused") << "Ugyfelek" << QStringList{"g3", "g7:No"} << "g5 g7"
                                        << QStringList{} << clientFields << "1";
+
+        // The users editor locks its fields again after a save; nobody is logged in, so the
+        // password of the user changed stays locked.
+        const QStringList userFields{"felhnev",    "loginnev", "jelszo", "nyelve",
+                                     "alapugyved", "jog1",     "jog12"};
+        QStringList others = userFields;
+        others.removeAll("jelszo");
+        QTest::newRow("user shown")
+                << "users" << QStringList{} << "g1 g2 g4 g5" << userFields << QStringList{} << "";
+        QTest::newRow("user new") << "users" << QStringList{"g1"} << "g3 g5" << QStringList{}
+                                  << userFields << "1";
+        QTest::newRow("user change") << "users" << QStringList{"g2"} << "g3 g5"
+                                     << QStringList{"jelszo"} << others << "2";
+        QTest::newRow("user saved") << "users" << QStringList{"g2", "g3"} << "g1 g2 g4 g5"
+                                    << userFields << QStringList{} << "";
+        QTest::newRow("new user saved") << "users" << QStringList{"g1", "g3"} << "g1 g2 g4 g5"
+                                        << userFields << QStringList{} << "";
+        QTest::newRow("user deleted") << "users" << QStringList{"g4"} << "g1 g2 g4 g5" << userFields
+                                      << QStringList{} << "";
+        QTest::newRow("user close refused") << "users" << QStringList{"g1", "g5:No"} << "g3 g5"
+                                            << QStringList{} << userFields << "1";
     }
     void stateTable()
     {
         QFETCH(QString, screen);
         QFETCH(QStringList, steps);
-        m_screen = screens().value(screen)(&m_caller);
+        const RecordScreen record = screens().value(screen);
+        m_screen = record.open(&m_caller);
         QVERIFY(m_screen);
         testsupport::MessageRecorder boxes;
         for (const QString& step : steps) {
             const QStringList parts = step.split(':');
             boxes.answer(parts.value(1) == "No" ? platform::AnswerNo : platform::AnswerYes);
-            if (parts.first() == "g5")
-                m_screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
+            if (parts.first() == record.save)
+                m_screen->findChild<QLineEdit*>(record.nameField)->setText("Mentett Név");
             button(parts.first())->click();
         }
-        QTEST(enabled(), "enabled");
+        QTEST(enabled(record.buttons), "enabled");
         QFETCH(QStringList, locked);
         QFETCH(QStringList, open);
-        for (const QString& name : locked) {
-            auto* edit = m_screen->findChild<QLineEdit*>(name);
-            auto* box = m_screen->findChild<QComboBox*>(name);
-            QVERIFY2(edit ? edit->isReadOnly() : box->lineEdit()->isReadOnly(), qPrintable(name));
-        }
-        for (const QString& name : open) {
-            auto* edit = m_screen->findChild<QLineEdit*>(name);
-            auto* box = m_screen->findChild<QComboBox*>(name);
-            auto* option = m_screen->findChild<QAbstractButton*>(name);
-            QVERIFY2(edit  ? !edit->isReadOnly()
-                     : box ? !box->lineEdit()->isReadOnly()
-                           : option->isEnabled(),
-                     qPrintable(name));
-        }
+        for (const QString& name : locked)
+            QVERIFY2(isLocked(m_screen->findChild<QWidget*>(name)), qPrintable(name));
+        for (const QString& name : open)
+            QVERIFY2(!isLocked(m_screen->findChild<QWidget*>(name)), qPrintable(name));
         QTEST(m_screen->findChild<QLineEdit*>("hivo")->text(), "hivo");
     }
 
