@@ -42,10 +42,11 @@ void fBackup::cmdOk_Click()
         uzenet(QStringLiteral("backup1"), platform::Notice, this);
         return;
     }
-    // A backup written over the data file itself would destroy it.
-    const QFileInfo chosen(target);
-    if (chosen.exists()
-        && chosen.canonicalFilePath() == QFileInfo(dataFile()).canonicalFilePath()) {
+    // A backup written over the data file or its account file would destroy the register.
+    const QString chosen = QFileInfo(target).canonicalFilePath();
+    if (!chosen.isEmpty()
+        && (chosen == QFileInfo(dataFile()).canonicalFilePath()
+            || chosen == QFileInfo(accountFile()).canonicalFilePath())) {
         uzenet(QStringLiteral("onmaga"), platform::ErrorNotice, this);
         return;
     }

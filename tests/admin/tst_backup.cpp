@@ -121,6 +121,24 @@ private slots:
         QCOMPARE(caseNumbers(m_folder->db(), "%/M").size(), 1000);
     }
 
+    // Neither file of the register is ever taken for a backup's target.
+    void backupNeverOverTheRegister_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("data file") << "causora.mdb";
+        QTest::newRow("account file") << "caujog.mdw";
+    }
+    void backupNeverOverTheRegister()
+    {
+        QFETCH(QString, file);
+        m_chosen = folder() + "/" + file;
+        const QByteArray before = testsupport::readFile(m_chosen);
+        testsupport::MessageRecorder boxes;
+        screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("onmaga")});
+        QVERIFY(testsupport::readFile(m_chosen) == before);
+    }
+
     // A file that is no sound data file of the program is refused before anything is asked,
     // closed or written.
     void restoreRefuses_data()
