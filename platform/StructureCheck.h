@@ -32,11 +32,12 @@ signals:
 private:
     void run(const QString& file, int budgetMs);
 
-    std::thread m_thread;
     std::atomic<bool> m_finished{false};
     bool m_damaged = false;
     bool m_reported = false;
     QString m_report;
+    // Last, so that the thread starts only once every member it writes has been made.
+    std::thread m_thread;
 };
 
 } // namespace platform
