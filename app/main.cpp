@@ -1,3 +1,4 @@
+#include "admin/Install.h"
 #include "cases/Install.h"
 #include "clients/Install.h"
 #include "clients/PartnerInstall.h"
@@ -62,6 +63,7 @@ int main(int argc, char** argv)
     reference::install(screens, Session::instance().database);
     clients::installPartners(screens, Session::instance().database);
     cases::install(screens, Session::instance().database, clients::newClientForCase);
+    admin::install(screens, Session::instance().database);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();

@@ -4,6 +4,7 @@
 #include "platform/SerialPort.h"
 #include "session/Session.h"
 #include "store/ErrorLog.h"
+#include "store/Parameters.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -43,8 +44,7 @@ QByteArray dialCommand(bool tone, const QString& prefix, const QString& number)
 void telefonhiv(const QString& number, std::chrono::milliseconds wait)
 {
     QString error;
-    const platform::Row settings = Session::instance().database.first(
-            QStringLiteral("select * from parameterek"), {}, &error);
+    const platform::Row settings = store::Parameters(Session::instance().database).read(&error);
     if (settings.isEmpty()) {
         logFailure(error.isEmpty() ? QStringLiteral("No current record.") : error);
         return;

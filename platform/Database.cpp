@@ -39,33 +39,6 @@ QString errorText(const QSqlError& e)
     return t.trimmed();
 }
 
-Failure failureOfCode(int code)
-{
-    switch (code & 0xff) {
-    case SQLITE_OK:
-    case SQLITE_ROW:
-    case SQLITE_DONE:
-        return Failure::None;
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        return Failure::Busy;
-    case SQLITE_READONLY:
-        return Failure::ReadOnly;
-    case SQLITE_CORRUPT:
-        return Failure::Damaged;
-    case SQLITE_NOTADB:
-        return Failure::NotCausora;
-    case SQLITE_PERM:
-    case SQLITE_AUTH:
-    case SQLITE_CANTOPEN:
-        return Failure::Unreadable;
-    case SQLITE_CONSTRAINT:
-        return Failure::Refused;
-    default:
-        return Failure::Other;
-    }
-}
-
 // Access as the office sets it on the file: a file whose permission bits allow nobody to
 // write (or read) it is treated so even for an account the system would let through.
 bool allowed(const QString& path, int mode)
@@ -106,6 +79,33 @@ Row rowOf(const QSqlQuery& q)
 }
 
 } // namespace
+
+Failure failureOfCode(int code)
+{
+    switch (code & 0xff) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+        return Failure::None;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return Failure::Busy;
+    case SQLITE_READONLY:
+        return Failure::ReadOnly;
+    case SQLITE_CORRUPT:
+        return Failure::Damaged;
+    case SQLITE_NOTADB:
+        return Failure::NotCausora;
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+    case SQLITE_CANTOPEN:
+        return Failure::Unreadable;
+    case SQLITE_CONSTRAINT:
+        return Failure::Refused;
+    default:
+        return Failure::Other;
+    }
+}
 
 // --- Row ---
 

@@ -57,6 +57,9 @@ enum class Failure {
     Other,
 };
 
+// What an engine result code (SQLITE_BUSY, SQLITE_CORRUPT, ...) means for the program.
+Failure failureOfCode(int code);
+
 // A column as the table declares it: TEXT(15) gives type "TEXT" and size 15.
 struct ColumnInfo
 {

@@ -4,6 +4,7 @@
 #include "locale/Uzenet.h"
 #include "session/Alap.h"
 #include "session/Session.h"
+#include "store/Users.h"
 #include "ui_Login.h"
 
 #include <QKeyEvent>
@@ -21,8 +22,7 @@ bool isEnter(int key)
 // bound, so a quote in it is just a character that no login name holds.
 platform::Row felhasznalo(const QString& loginName)
 {
-    return Session::instance().database.first(
-            QStringLiteral("SELECT * FROM felhasznalo WHERE loginnev = ? COLLATE HU"), {loginName});
+    return store::Users(Session::instance().database).findByLogin(loginName);
 }
 
 } // namespace

@@ -201,7 +201,7 @@ bool fillPostalCodes(platform::Database& db, QString* error)
     return true;
 }
 
-bool prepareDataFolder(const QString& folder, bool demo, QString* error)
+bool prepareDataFolder(const QString& folder, bool demo, QString* error, Layout layout)
 {
     QDir dir(folder);
     if (!dir.exists() && !QDir().mkpath(folder)) {
@@ -237,6 +237,7 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error)
                  && (!demo || fillDemoData(db, error))
                  && db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1)"), {},
                             error)
+                 && (layout == Layout::Current || makeOldLayout(db, error))
                  && setDatabasePassword(db, databasePassword(), error) && t.commit(error);
         }
         db.close();

@@ -1,0 +1,321 @@
+// Backup and restore while other workstations work on the register, files that must not be
+// restored, and the main menu's way to the administration screens.
+#include "TestSupport.h"
+
+#include "admin/Install.h"
+#include "admin/fBackup.h"
+#include "admin/fRestore.h"
+#include "locale/Uzenet.h"
+#include "platform/Backup.h"
+#include "platform/Dialogs.h"
+#include "session/Alap.h"
+#include "session/Session.h"
+#include "store/Backup.h"
+
+#include <memory>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDate>
+#include <QDir>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+// A screen that keeps its entry when asked to close.
+class KeepsItsEntry : public QWidget
+{
+protected:
+    void closeEvent(QCloseEvent* e) override { e->ignore(); }
+};
+
+QStringList caseNumbers(platform::Database& db, const QString& like)
+{
+    QStringList numbers;
+    for (const auto& r : db.select("SELECT ugyszam FROM ugyek WHERE ugyszam LIKE ?", {like}))
+        numbers << r.text("ugyszam");
+    return numbers;
+}
+
+} // namespace
+
+class tst_backup : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<testsupport::TestFolder> m_folder;
+    QString m_chosen; // what the file dialog answers
+
+    template<typename Screen>
+    Screen* screen()
+    {
+        auto* s = new Screen(m_folder->db(), Session::instance().screens,
+                             [] { return Session::instance().start(); });
+        s->show();
+        return s;
+    }
+    QString folder() { return m_folder->dataFolder(); }
+    QStringList backupFiles() { return QDir(folder()).entryList({"*.bck"}, QDir::Files); }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        QVERIFY(m_folder->open());
+        platform::setFileDialogHandler([this](const platform::FileDialogRequest& request) {
+            // The dialogs start in the data folder and offer backup files.
+            [&] {
+                QCOMPARE(request.folder, folder());
+                QCOMPARE(request.filter, QString("Backup files (*.bck)"));
+            }();
+            return m_chosen;
+        });
+    }
+    void cleanup()
+    {
+        platform::setFileDialogHandler(nullptr);
+        QList<QPointer<QWidget>> windows;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (!w->parentWidget())
+                windows << w;
+        qDeleteAll(windows);
+        m_folder.reset();
+    }
+
+    // The copy is one state of the register: every case the other workstation was told was
+    // stored before the backup began, and no case without the ones saved before it.
+    void backupWhileAnotherWorkstationSaves()
+    {
+        QProcess writer;
+        writer.start(CASEWRITER, {folder(), "1000"});
+        QVERIFY(writer.waitForStarted());
+        QStringList told;
+        while (told.size() < 50 && writer.waitForReadyRead(30000))
+            while (writer.canReadLine())
+                told << QString::fromLatin1(writer.readLine()).trimmed();
+        QVERIFY2(told.size() >= 50, writer.readAllStandardError().constData());
+
+        m_chosen = folder() + "/mentes";
+        testsupport::MessageRecorder boxes;
+        screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("backupOK")});
+        QVERIFY(writer.state() == QProcess::Running);
+        QVERIFY(writer.waitForFinished(240000));
+        QCOMPARE(writer.exitCode(), 0);
+
+        const QString copy = folder() + "/mentes.bck";
+        QCOMPARE(backupFiles(), QStringList{"mentes.bck"});
+        QVERIFY(!QFile::exists(copy + ".part"));
+        QVERIFY(platform::checkIntegrity(copy).done);
+        platform::Database backup;
+        QVERIFY(backup.openForReading(copy, nullptr));
+        const int copied = caseNumbers(backup, "%/M").size();
+        QVERIFY(copied >= told.size() && copied < 1000);
+        for (int n = 1; n <= copied; ++n)
+            QVERIFY2(
+                    backup.scalar("SELECT 1 FROM ugyek WHERE ugyszam = ?", {QString("%1/M").arg(n)})
+                            .isValid(),
+                    qPrintable(QString::number(n)));
+        QCOMPARE(caseNumbers(m_folder->db(), "%/M").size(), 1000);
+    }
+
+    // Neither file of the register is ever taken for a backup's target.
+    void backupNeverOverTheRegister_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("data file") << "causora.mdb";
+        QTest::newRow("account file") << "caujog.mdw";
+    }
+    void backupNeverOverTheRegister()
+    {
+        QFETCH(QString, file);
+        m_chosen = folder() + "/" + file;
+        const QByteArray before = testsupport::readFile(m_chosen);
+        testsupport::MessageRecorder boxes;
+        screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("onmaga")});
+        QVERIFY(testsupport::readFile(m_chosen) == before);
+    }
+
+    // A file that is no sound data file of the program is refused before anything is asked,
+    // closed or written.
+    void restoreRefuses_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("text file") << "text"
+                                   << "nemmentes";
+        QTest::newRow("another program's file") << "foreign"
+                                                << "nemmentes";
+        QTest::newRow("damaged copy") << "damaged"
+                                      << "serultmentes";
+    }
+    void restoreRefuses()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, reason);
+        m_chosen = m_folder->root() + "/valami.bck";
+        if (kind == "text") {
+            testsupport::writeFile(m_chosen, "Ez nem adatfájl, csak szöveg.\n");
+        } else if (kind == "foreign") {
+            platform::Database other;
+            QVERIFY(other.openUnchecked(m_chosen, nullptr));
+            QVERIFY(other.exec("CREATE TABLE parameterek (alapnyelv INTEGER)"));
+            QVERIFY(other.exec("INSERT INTO parameterek VALUES (1)"));
+        } else {
+            QVERIFY(store::Backup(m_folder->dataFile(), folder() + "/caujog.mdw")
+                            .save(m_chosen)
+                            .done());
+            // Garbage over a page in the middle of the client table.
+            platform::Database copy;
+            QVERIFY(copy.openForReading(m_chosen, nullptr));
+            const int page = copy.scalar("SELECT rootpage FROM sqlite_master WHERE name = "
+                                         "'ugyfelek'")
+                                     .toInt();
+            const int size = copy.scalar("PRAGMA page_size").toInt();
+            copy.close();
+            QFile f(m_chosen);
+            QVERIFY(f.open(QIODevice::ReadWrite));
+            f.seek(qint64(page - 1) * size);
+            f.write(QByteArray(size, '\x5a'));
+        }
+        const QByteArray before = testsupport::readFile(m_folder->dataFile());
+        testsupport::MessageRecorder boxes;
+        auto* restore = screen<admin::fRestore>();
+        restore->findChild<QPushButton*>("cmdOk")->click();
+        QCOMPARE(boxes.texts(),
+                 QStringList{uzenetszoveg(reason) + "\r\n" + uzenetszoveg("RestoreH")});
+        QVERIFY(testsupport::readFile(m_folder->dataFile()) == before);
+        QVERIFY(backupFiles().isEmpty());
+        QVERIFY(restore->isVisible());
+    }
+
+    // A good restore keeps a copy of the file it replaces, writes the backup into the data file
+    // that other workstations have open, and reopens the session on it as at a fresh start.
+    void goodRestore()
+    {
+        platform::Database& db = m_folder->db();
+        m_chosen = m_folder->root() + "/jo.bck";
+        QVERIFY(store::Backup(m_folder->dataFile(), folder() + "/caujog.mdw")
+                        .save(m_chosen)
+                        .done());
+        QVERIFY(db.exec("INSERT INTO ugyfelek (unev1) VALUES ('Utólagos Ügyfél')"));
+        platform::Database otherDesk;
+        QVERIFY(otherDesk.openExisting(m_folder->dataFile(), nullptr));
+        QCOMPARE(otherDesk.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = 'Utólagos Ügyfél'")
+                         .toInt(),
+                 1);
+        // Logged in as a user who reads English, which the session forgets.
+        Session::instance().userName = "Rendszergazda";
+        Session::instance().language = 3;
+        const QString question = uzenetszoveg("RestoreK");
+        const QString done = uzenetszoveg("RestoreOK");
+        QPointer<QWidget> openScreen = new QWidget;
+        openScreen->show();
+
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        QPointer<admin::fRestore> restore = screen<admin::fRestore>();
+        restore->findChild<QPushButton*>("cmdOk")->click();
+        QCOMPARE(boxes.shown().size(), 2);
+        QCOMPARE(boxes.shown().at(0).text, question);
+        QCOMPARE(boxes.shown().at(0).style, int(platform::RestoreQuestion));
+        QVERIFY(boxes.shown().at(1).text.startsWith(done));
+        QVERIFY(!openScreen || !openScreen->isVisible());
+        QVERIFY(!restore || !restore->isVisible());
+
+        const QString client = "SELECT count(*) FROM ugyfelek WHERE unev1 = 'Utólagos Ügyfél'";
+        QVERIFY(db.isOpen());
+        QCOMPARE(db.scalar(client).toInt(), 0);
+        QCOMPARE(otherDesk.scalar(client).toInt(), 0);
+        QCOMPARE(Session::instance().userName, QString());
+        QCOMPARE(Session::instance().language, 1);
+        // The copy of the data file as it was, named with the date and time, told to the user.
+        const QStringList kept = backupFiles();
+        QCOMPARE(kept.size(), 1);
+        QVERIFY(kept.first().startsWith("causora-" + QDate::currentDate().toString("yyyyMMdd")));
+        QVERIFY(boxes.shown().at(1).text.endsWith(folder() + "/" + kept.first()));
+        platform::Database safety;
+        QVERIFY(safety.openForReading(folder() + "/" + kept.first(), nullptr));
+        QCOMPARE(safety.scalar(client).toInt(), 1);
+        // The other desk goes on writing into the restored register.
+        QVERIFY(otherDesk.exec("INSERT INTO ugyfelek (unev1) VALUES ('Másik asztal')"));
+        QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = 'Másik asztal'").toInt(),
+                 1);
+    }
+
+    // A screen that keeps its entry stops the restore before anything is written.
+    void screenThatStaysOpenStopsTheRestore()
+    {
+        m_chosen = m_folder->root() + "/jo.bck";
+        QVERIFY(store::Backup(m_folder->dataFile(), folder() + "/caujog.mdw")
+                        .save(m_chosen)
+                        .done());
+        QVERIFY(m_folder->db().exec("INSERT INTO ugyfelek (unev1) VALUES ('Utólagos Ügyfél')"));
+        const QByteArray before = testsupport::readFile(m_folder->dataFile());
+        KeepsItsEntry entry;
+        entry.show();
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        screen<admin::fRestore>()->findChild<QPushButton*>("cmdOk")->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("RestoreK")});
+        QVERIFY(entry.isVisible());
+        QVERIFY(testsupport::readFile(m_folder->dataFile()) == before);
+        QVERIFY(backupFiles().isEmpty());
+    }
+
+    // The menu's buttons open the screens through the hand-offs: users and parameters over the
+    // menu, backup and restore alone.
+    void menuOpensTheScreens_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<bool>("menuShown");
+        QTest::newRow("users") << "g8"
+                               << "users" << true;
+        QTest::newRow("parameters") << "g9"
+                                    << "param" << true;
+        QTest::newRow("backup") << "g12"
+                                << "fBackup" << false;
+        QTest::newRow("restore") << "g13"
+                                 << "fRestore" << false;
+    }
+    void menuOpensTheScreens()
+    {
+        QFETCH(QString, button);
+        QFETCH(QString, screen);
+        QFETCH(bool, menuShown);
+        Alap menu;
+        QVERIFY(menu.load());
+        admin::install(Session::instance().screens, Session::instance().database);
+        menu.show();
+        QString opened;
+        bool menuVisible = false;
+        testsupport::ModalDialogsExpected modal;
+        // A modal screen is looked at and closed from inside its own event loop.
+        QTimer probe;
+        probe.setSingleShot(true);
+        connect(&probe, &QTimer::timeout, [&] {
+            if (QWidget* w = QApplication::activeModalWidget()) {
+                opened = w->objectName();
+                menuVisible = menu.isVisible();
+                w->close();
+            }
+        });
+        probe.start(0);
+        menu.findChild<QPushButton*>(button)->click();
+        if (opened.isEmpty()) {
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (w->isVisible() && w != &menu)
+                    opened = w->objectName();
+            menuVisible = menu.isVisible();
+        }
+        QCOMPARE(opened, screen);
+        QCOMPARE(menuVisible, menuShown);
+    }
+};
+
+QTEST_MAIN(tst_backup)
+#include "tst_backup.moc"
