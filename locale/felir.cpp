@@ -13,6 +13,7 @@
 felir::felir(platform::Database& db, QWidget* parent)
     : QWidget(parent, Qt::Window)
     , m_ui(std::make_unique<Ui::felir>())
+    , m_db(db)
     , m_felirrst(new platform::TableEditor(db, QStringLiteral("felirat"), this))
 {
     m_ui->setupUi(this);
@@ -47,7 +48,7 @@ void felir::Activate()
         return;
     QString error;
     if (!m_felirrst->refresh(&error)) {
-        engineFailure(Session::instance().database.lastFailure(), error, QStringLiteral("felir"),
+        engineFailure(m_db.lastFailure(), error, QStringLiteral("felir"),
                       QStringLiteral("Activate"), this);
         return;
     }

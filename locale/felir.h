@@ -32,6 +32,7 @@ private:
     void elutasitva(platform::Failure failure, const QString& engineText);
 
     std::unique_ptr<Ui::felir> m_ui;
+    platform::Database& m_db;
     platform::TableEditor* m_felirrst;
 };
 

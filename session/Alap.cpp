@@ -73,7 +73,7 @@ Alap::Alap(QWidget* parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::Ala
     Screens& screens = Session::instance().screens;
     screens.showMainMenu = [this] { mutat(); };
     screens.showLogin = [this] {
-        Login login(this, this);
+        Login login(Session::instance().database, this, this);
         login.exec();
     };
 }

@@ -20,15 +20,15 @@ bool isEnter(int key)
 
 // The user's row by login name, whatever the letter case the name was typed in. The name is
 // bound, so a quote in it is just a character that no login name holds.
-platform::Row felhasznalo(const QString& loginName)
+platform::Row felhasznalo(platform::Database& db, const QString& loginName)
 {
-    return store::Users(Session::instance().database).findByLogin(loginName);
+    return store::Users(db).findByLogin(loginName);
 }
 
 } // namespace
 
-Login::Login(Alap* menu, QWidget* parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::Login>()), m_menu(menu)
+Login::Login(platform::Database& db, Alap* menu, QWidget* parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::Login>()), m_db(db), m_menu(menu)
 {
     m_ui->setupUi(this);
     m_ui->login1->installEventFilter(this);
@@ -84,7 +84,7 @@ void Login::login2_GotFocus()
     if (m_checking || m_ui->login1->text().size() < 2)
         return;
     m_checking = true;
-    if (felhasznalo(m_ui->login1->text()).isEmpty()) {
+    if (felhasznalo(m_db, m_ui->login1->text()).isEmpty()) {
         uzenet(QStringLiteral("nincs"), platform::Notice, this);
         m_ui->login1->clear();
         m_ui->login1->setFocus();
@@ -99,7 +99,7 @@ void Login::login2_KeyUp(int key)
     if (!isEnter(key) || m_ui->login2->text().isEmpty())
         return;
     Session& session = Session::instance();
-    const platform::Row user = felhasznalo(m_ui->login1->text());
+    const platform::Row user = felhasznalo(m_db, m_ui->login1->text());
     if (user.isEmpty()) {
         uzenet(QStringLiteral("nincs"), platform::Notice, this);
         m_ui->login1->clear();

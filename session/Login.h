@@ -4,6 +4,9 @@
 #include <QDialog>
 
 class Alap;
+namespace platform {
+class Database;
+}
 
 namespace Ui {
 class Login;
@@ -16,7 +19,7 @@ class Login : public QDialog
 {
     Q_OBJECT
 public:
-    explicit Login(Alap* menu, QWidget* parent = nullptr);
+    Login(platform::Database& db, Alap* menu, QWidget* parent = nullptr);
     ~Login() override;
 
 protected:
@@ -32,6 +35,7 @@ private:
     void g2_Click();
 
     std::unique_ptr<Ui::Login> m_ui;
+    platform::Database& m_db;
     Alap* m_menu;
     bool m_checking = false;
 };

@@ -34,7 +34,7 @@ private slots:
         m_menu = std::make_unique<Alap>();
         QVERIFY(m_menu->load());
         m_menu->show();
-        m_login = new Login(m_menu.get(), m_menu.get());
+        m_login = new Login(Session::instance().database, m_menu.get(), m_menu.get());
         m_login->show();
         m_login->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_login));
