@@ -90,16 +90,8 @@ store::Lookups Egyebadat::lookups() const
 
 bool Egyebadat::event(QEvent* e)
 {
-    // Activation is coming back from another screen of the program; a message box of this
-    // screen, or another program, does not count.
-    if (e->type() == QEvent::WindowDeactivate) {
-        const QWidget* next = QApplication::activeWindow();
-        m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
-                             && next->windowModality() == Qt::NonModal;
-    } else if (e->type() == QEvent::WindowActivate && m_activateOnReturn) {
-        m_activateOnReturn = false;
+    if (m_return.returning(this, e))
         Activate();
-    }
     return QDialog::event(e);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ReturnActivation.h"
+
 #include "records/RecordForm.h"
 #include "store/Lookups.h"
 
@@ -74,7 +76,7 @@ private:
     QPointer<QWidget> m_caseScreen;
     Closed m_closed;
     bool m_unloading = false;
-    bool m_activateOnReturn = false;
+    platform::ReturnActivation m_return;
 };
 
 } // namespace reference

@@ -62,16 +62,8 @@ irszam::~irszam() = default;
 
 bool irszam::event(QEvent* e)
 {
-    // Activation is coming back from another screen of the program; a message box of this
-    // screen, or another program, does not count.
-    if (e->type() == QEvent::WindowDeactivate) {
-        const QWidget* next = QApplication::activeWindow();
-        m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
-                             && next->windowModality() == Qt::NonModal;
-    } else if (e->type() == QEvent::WindowActivate && m_activateOnReturn) {
-        m_activateOnReturn = false;
+    if (m_return.returning(this, e))
         Activate();
-    }
     return QDialog::event(e);
 }
 

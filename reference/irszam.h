@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ReturnActivation.h"
+
 #include "platform/ListSource.h"
 #include "records/RecordForm.h"
 
@@ -72,7 +74,7 @@ private:
     QVariant m_key;
     int m_chosenCountry = -1;
     bool m_unloading = false;
-    bool m_activateOnReturn = false;
+    platform::ReturnActivation m_return;
 };
 
 } // namespace reference

@@ -295,15 +295,8 @@ bool keres::eventFilter(QObject* watched, QEvent* e)
 
 bool keres::event(QEvent* e)
 {
-    if (e->type() == QEvent::WindowDeactivate) {
-        // A message box or dialog of this screen is part of it; another screen is not.
-        const QWidget* next = QApplication::activeWindow();
-        m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
-                             && next->windowModality() == Qt::NonModal;
-    } else if (e->type() == QEvent::WindowActivate && m_activateOnReturn) {
-        m_activateOnReturn = false;
+    if (m_return.returning(this, e))
         Activate();
-    }
     return QWidget::event(e);
 }
 

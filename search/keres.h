@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ReturnActivation.h"
+
 #include <memory>
 #include <QWidget>
 
@@ -64,5 +66,5 @@ private:
     platform::Database& m_db;
     platform::ListSource* m_forras;
     // Set when another screen of the program took the focus; coming back then lists again.
-    bool m_activateOnReturn = false;
+    platform::ReturnActivation m_return;
 };
