@@ -1,6 +1,7 @@
 #include "store/Upgrade.h"
 
 #include "platform/Database.h"
+#include "store/Conflicts.h"
 #include "store/Prepare.h"
 #include "store/Schema.h"
 
@@ -172,6 +173,8 @@ void adatfrissites(platform::Database& db)
         for (const QString& guard : clientGuards())
             db.exec(guard);
     }
+
+    updateNameKeys(db);
 
     // Messages added to the catalogue since the file was made.
     addMissingMessages(db);
