@@ -3,6 +3,7 @@
 #include "store/Prepare.h"
 
 #include <optional>
+#include <tuple>
 
 namespace store {
 
@@ -51,10 +52,10 @@ bool hasColumn(platform::Database& db, const QString& table, const QString& colu
 // Gives every name of the column written without its key its key, in one write transaction.
 void fillKeys(platform::Database& db, const KeyedName& n)
 {
-    const QString missing = QStringLiteral("SELECT rowid, %1 FROM %2 INDEXED BY %2_%3 "
-                                           "WHERE %3 IS NULL")
-                                    .arg(QLatin1String(n.name), QLatin1String(n.table),
-                                         QLatin1String(n.key));
+    const QString missing
+            = QStringLiteral("SELECT rowid, %1 FROM %2 INDEXED BY %2_%3 "
+                             "WHERE %3 IS NULL")
+                      .arg(QLatin1String(n.name), QLatin1String(n.table), QLatin1String(n.key));
     // Looked for first through the key's index: a start on an up-to-date file writes nothing.
     if (db.first(missing + QStringLiteral(" LIMIT 1")).isEmpty())
         return;
@@ -105,10 +106,9 @@ QList<ConflictMatch> Conflicts::matches(const QString& name, const QString& exce
     const QString k = nameMatch().key(name);
     if (k.isEmpty())
         return {};
-    QList<ConflictMatch> found
-            = read(m_db, ConflictMatch::Client,
-                   "SELECT ukod, unev1 FROM ugyfelek WHERE unev1egyezo = ? ORDER BY ukod", {k},
-                   error);
+    QList<ConflictMatch> found = read(
+            m_db, ConflictMatch::Client,
+            "SELECT ukod, unev1 FROM ugyfelek WHERE unev1egyezo = ? ORDER BY ukod", {k}, error);
     found += read(m_db, ConflictMatch::Partner,
                   "SELECT pkod, pnev1 FROM partner WHERE pnev1egyezo = ? ORDER BY pkod", {k},
                   error);
@@ -131,33 +131,44 @@ QList<ConflictMatch> Conflicts::casesAgainst(const QString& clientName, QString*
                 {k}, error);
 }
 
-platform::ListQuery Conflicts::list()
+platform::ListQuery Conflicts::list(int language)
 {
+    // The words of the list (which field, which kind of record) are the catalogue's messages
+    // in the language; each is read once per statement.
+    const int lang = language >= 1 && language <= 3 ? language : 1;
+    auto word = [lang](const char* code) {
+        return QStringLiteral("(SELECT uzen%1 FROM uzenetek WHERE uzenkod = '%2' COLLATE NOCASE"
+                              " LIMIT 1)")
+                .arg(lang)
+                .arg(QLatin1String(code));
+    };
     // One part per case field and kind of record; each joins through the key's index.
     QStringList parts;
-    for (const auto& [field, mezo] : {std::pair{"ellnev", 1}, std::pair{"ellugyvnev", 2}}) {
-        const QString head
-                = QStringLiteral("SELECT u.ugyszamertek AS ertek, u.ugyszam AS ugyszam, %1 AS mezo,"
-                                 " u.%2 AS nev, ")
-                          .arg(mezo)
-                          .arg(QLatin1String(field));
+    for (const auto& [field, mezo, code] : {std::tuple{"ellnev", 1, "utkozesellnev"},
+                                            std::tuple{"ellugyvnev", 2, "utkozesellugyv"}}) {
+        const QString head = QStringLiteral("SELECT u.ugyszamertek AS ertek, u.ugyszam AS ugyszam,"
+                                            " %1 AS mezo, %2 AS mezonev, u.%3 AS nev, ")
+                                     .arg(mezo)
+                                     .arg(word(code), QLatin1String(field));
         const QString on = QStringLiteral("u.%1egyezo").arg(QLatin1String(field));
         parts << head
-                        + QStringLiteral("1 AS fajta, c.ukod AS kod, c.unev1 AS egyezonev FROM ugyek u"
-                                         " JOIN ugyfelek c ON c.unev1egyezo = %1 WHERE %1 <> ''")
-                                  .arg(on);
+                         + QStringLiteral("1 AS fajta, %1 AS fajtanev, c.ukod AS kod,"
+                                          " c.unev1 AS egyezonev FROM ugyek u JOIN ugyfelek c"
+                                          " ON c.unev1egyezo = %2 WHERE %2 <> ''")
+                                   .arg(word("utkozesugyfel"), on);
         parts << head
-                        + QStringLiteral("2, p.pkod, p.pnev1 FROM ugyek u"
-                                         " JOIN partner p ON p.pnev1egyezo = %1 WHERE %1 <> ''")
-                                  .arg(on);
+                         + QStringLiteral("2, %1, p.pkod, p.pnev1 FROM ugyek u JOIN partner p"
+                                          " ON p.pnev1egyezo = %2 WHERE %2 <> ''")
+                                   .arg(word("utkozespartner"), on);
         parts << head
-                        + QStringLiteral("3, o.ugyszam, o.ellnev FROM ugyek u JOIN ugyek o"
-                                         " ON o.ellnevegyezo = %1 AND o.rowid <> u.rowid"
-                                         " WHERE %1 <> ''")
-                                  .arg(on);
+                         + QStringLiteral("3, %1, o.ugyszam, o.ellnev FROM ugyek u JOIN ugyek o"
+                                          " ON o.ellnevegyezo = %2 AND o.rowid <> u.rowid"
+                                          " WHERE %2 <> ''")
+                                   .arg(word("utkozesugy"), on);
     }
     platform::ListQuery q;
-    q.columns = QStringLiteral("ugyszam, mezo, nev, fajta, kod, egyezonev");
+    q.columns = QStringLiteral("ugyszam, mezonev, nev, fajtanev || ' ' || kod AS rekord,"
+                               " egyezonev, mezo, fajta, kod");
     q.from = QStringLiteral("(%1) AS utkozes").arg(parts.join(QStringLiteral(" UNION ALL ")));
     q.order = QStringList{QStringLiteral("utkozes.ertek"),
                           QStringLiteral("utkozes.ugyszam COLLATE NOCASE"),
@@ -186,8 +197,10 @@ void updateNameKeys(platform::Database& db)
         if (!hasColumn(db, QLatin1String(n.table), QLatin1String(n.name)))
             continue;
         if (!hasColumn(db, QLatin1String(n.table), QLatin1String(n.key)))
-            db.addColumn(QLatin1String(n.table), {QLatin1String(n.key), QStringLiteral("TEXT"), -1});
-        if (db.first(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'index' AND name = ?"),
+            db.addColumn(QLatin1String(n.table),
+                         {QLatin1String(n.key), QStringLiteral("TEXT"), -1});
+        if (db.first(QStringLiteral(
+                             "SELECT 1 FROM sqlite_master WHERE type = 'index' AND name = ?"),
                      {QStringLiteral("%1_%2").arg(QLatin1String(n.table), QLatin1String(n.key))})
                     .isEmpty())
             db.exec(indexes.at(i));

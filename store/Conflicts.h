@@ -34,10 +34,12 @@ public:
     QList<ConflictMatch> casesAgainst(const QString& clientName, QString* error = nullptr) const;
 
     // Every conflict in the register, one row per case field and matching record: ugyszam,
-    // mezo (1 the opponent, 2 the opponent's lawyer), nev (the name on the case), fajta
-    // (ConflictMatch::Kind), kod (the record's key) and egyezo (the record's name), in the
-    // order of the case list. A client matching a case's opponent is the row of that case.
-    static platform::ListQuery list();
+    // mezonev (the opponent or the opponent's lawyer), nev (the name on the case), rekord (the
+    // kind of record and its key: "ügyfél 12", "ügy 10/A"), egyezonev (the record's name), and
+    // mezo, fajta (ConflictMatch::Kind) and kod as numbers and keys; in the order of the case
+    // list, words in the language (1 Hungarian, 2 German, 3 English). A client matching a
+    // case's opponent is the row of that case.
+    static platform::ListQuery list(int language = 1);
 
     // The legal-form words as the catalogue holds them, and the key made with them.
     static const NameMatch& nameMatch();

@@ -29,10 +29,7 @@ class tst_conflicts : public QObject
     std::unique_ptr<testsupport::TestFolder> m_folder;
     platform::Database& db() { return m_folder->db(); }
 
-    QVariant client(const QString& name)
-    {
-        return store::Clients(db()).add({{"unev1", name}}).key;
-    }
+    QVariant client(const QString& name) { return store::Clients(db()).add({{"unev1", name}}).key; }
     QVariant partner(const QString& name)
     {
         return store::Partners(db()).add({{"pnev1", name}}).key;
@@ -69,8 +66,7 @@ private slots:
                               QString("2 %1 Kovacs es Tarsa Bt").arg(partnerKey.toString()),
                               "3 1 Társa és Kovács Zrt."}));
         QCOMPARE(described(check.matches("KOVACS BELA", "2")), QStringList());
-        QCOMPARE(described(check.matches("KOVACS BELA", "9")),
-                 QStringList({"3 2 Béla Kovács"}));
+        QCOMPARE(described(check.matches("KOVACS BELA", "9")), QStringList({"3 2 Béla Kovács"}));
         QVERIFY(check.matches("Kovácsné").isEmpty());
         QCOMPARE(described(check.matches("kovacs")),
                  QStringList({QString("1 %1 Kovács").arg(kovacs.toString())}));
@@ -141,19 +137,24 @@ private slots:
             QString error;
             QVERIFY2(pager.page(after, 2, &page, nullptr, &error), qPrintable(error));
             for (const platform::Row& r : page)
-                rows << QStringList{r.text("ugyszam"), r.text("mezo"), r.text("nev"),
-                                    r.text("fajta"), r.text("kod"), r.text("egyezonev")}
+                rows << QStringList{r.text("ugyszam"), r.text("mezonev"), r.text("nev"),
+                                    r.text("rekord"), r.text("egyezonev")}
                                 .join('|');
             if (!page.empty())
                 after = pager.orderValues(page.back());
         } while (!page.empty());
         const QString ck = c.toString();
         QCOMPARE(rows,
-                 QStringList({"2|1|Tarsa Kovacs|1|" + ck + "|Kovács és Társa",
-                              "2|1|Tarsa Kovacs|3|10|Kovacs es Tarsa Kft.",
-                              "10|1|Kovacs es Tarsa Kft.|1|" + ck + "|Kovács és Társa",
-                              "10|1|Kovacs es Tarsa Kft.|3|2|Tarsa Kovacs",
-                              "10|2|Nagy|2|" + p.toString() + "|Nagy Bt."}));
+                 QStringList({"2|Ellenfél|Tarsa Kovacs|ügyfél " + ck + "|Kovács és Társa",
+                              "2|Ellenfél|Tarsa Kovacs|ügy 10|Kovacs es Tarsa Kft.",
+                              "10|Ellenfél|Kovacs es Tarsa Kft.|ügyfél " + ck + "|Kovács és Társa",
+                              "10|Ellenfél|Kovacs es Tarsa Kft.|ügy 2|Tarsa Kovacs",
+                              "10|Ellenfél ügyvédje|Nagy|partner " + p.toString() + "|Nagy Bt."}));
+        // In English.
+        platform::Rows english;
+        QVERIFY(platform::ListPager(db(), store::Conflicts::list(3))
+                        .page({}, 1, &english, nullptr, nullptr));
+        QCOMPARE(english.front().text("rekord"), "client " + ck);
         QCOMPARE(pager.count(nullptr), 5);
     }
 };
