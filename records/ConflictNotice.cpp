@@ -73,10 +73,9 @@ QDialog* ConflictNotice::listWindow() const
 QString ConflictNotice::describe(const store::ConflictMatch& match)
 {
     if (match.kind == store::ConflictMatch::Case)
-        return QStringLiteral("%1 %2: %3").arg(kindText(match.kind), match.key.toString(),
-                                               match.name);
-    return QStringLiteral("%1 %2 (%3)").arg(kindText(match.kind), match.name,
-                                            match.key.toString());
+        return QStringLiteral("%1 %2: %3")
+                .arg(kindText(match.kind), match.key.toString(), match.name);
+    return QStringLiteral("%1 %2 (%3)").arg(kindText(match.kind), match.name, match.key.toString());
 }
 
 void ConflictNotice::recheck()
