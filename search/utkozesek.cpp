@@ -58,8 +58,7 @@ void utkozesek::g1_Click()
     list.fields = QStringList{QStringLiteral("ugyszam"), QStringLiteral("nev"),
                               QStringLiteral("rekord"), QStringLiteral("egyezonev")};
     list.widths = {1000, 3350, 1800};
-    list.headings = QStringList{ui->sz2->text(), ui->sz4->text(), ui->sz5->text(),
-                                ui->sz7->text()};
+    list.headings = QStringList{ui->sz2->text(), ui->sz4->text(), ui->sz5->text(), ui->sz7->text()};
     list.measureFont = font();
     const std::unique_ptr<platform::Printer> printer = platform::openDefaultPrinter(this);
     switch (search::listanyomtatas(list, m_db, printer.get())) {
