@@ -86,8 +86,7 @@ private slots:
                 {"Case number", "Field", "Name on the case", "Matches", "Matching name"},
                 {"1", "Opponent", "KOVACS ES TARSA KFT.", "client " + client.toString(),
                  "Kovács és Társa"},
-                {"2", "Opponent's lawyer", "O'Brien Nagy", "partner 1",
-                 "O'Brien; \"Nagy\" Ltd."}};
+                {"2", "Opponent's lawyer", "O'Brien Nagy", "partner 1", "O'Brien; \"Nagy\" Ltd."}};
         QCOMPARE(shown(*screen()), expected);
         QCOMPARE(screen()->windowTitle(), QString("Conflicts of interest"));
 
