@@ -2,6 +2,7 @@
 
 #include "store/Prepare.h"
 
+#include <algorithm>
 #include <optional>
 #include <tuple>
 
@@ -50,11 +51,14 @@ bool hasColumn(platform::Database& db, const QString& table, const QString& colu
 }
 
 // Gives every name of the column written without its key its key, in one write transaction.
+// The keys are written a few hundred rows a statement: an older register gets them at its
+// first start, and one statement per row would hold that start up for long.
 void fillKeys(platform::Database& db, const KeyedName& n)
 {
+    // A name that is not there (NULL) needs no key: a NULL key matches nothing either.
     const QString missing
             = QStringLiteral("SELECT rowid, %1 FROM %2 INDEXED BY %2_%3 "
-                             "WHERE %3 IS NULL")
+                             "WHERE %3 IS NULL AND %1 IS NOT NULL")
                       .arg(QLatin1String(n.name), QLatin1String(n.table), QLatin1String(n.key));
     // Looked for first through the key's index: a start on an up-to-date file writes nothing.
     if (db.first(missing + QStringLiteral(" LIMIT 1")).isEmpty())
@@ -66,12 +70,28 @@ void fillKeys(platform::Database& db, const KeyedName& n)
         if (!t->isActive())
             return;
     }
-    const QString update = QStringLiteral("UPDATE %1 SET %2 = ? WHERE rowid = ? AND %2 IS NULL")
-                                   .arg(QLatin1String(n.table), QLatin1String(n.key));
-    for (const platform::Row& row : db.select(missing)) {
-        if (!db.exec(update, {Conflicts::key(row.value(1).toString()), row.value(0)}))
+    const platform::Rows rows = db.select(missing);
+    constexpr int batch = 400;
+    for (size_t from = 0; from < rows.size(); from += batch) {
+        const size_t to = std::min(rows.size(), from + batch);
+        QStringList marks;
+        QVariantList values;
+        for (size_t i = from; i < to; ++i) {
+            marks << QStringLiteral("(?, ?)");
+            values << rows[i].value(0) << Conflicts::key(rows[i].value(1).toString());
+        }
+        const QString update = QStringLiteral("UPDATE %1 SET %2 = v.column2 FROM (VALUES %3) AS v "
+                                              "WHERE %1.rowid = v.column1 AND %1.%2 IS NULL")
+                                       .arg(QLatin1String(n.table), QLatin1String(n.key),
+                                            marks.join(QStringLiteral(", ")));
+        if (!db.exec(update, values))
             return;
     }
+    // Where the engine keeps statistics of the file, the index's are read again: taken while
+    // the keys were empty, they would steer it away from the index.
+    if (!db.first(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'sqlite_stat1'"))
+                 .isEmpty())
+        db.exec(QStringLiteral("ANALYZE %1_%2").arg(QLatin1String(n.table), QLatin1String(n.key)));
     if (t)
         t->commit();
 }
@@ -108,13 +128,13 @@ QList<ConflictMatch> Conflicts::matches(const QString& name, const QString& exce
         return {};
     QList<ConflictMatch> found = read(
             m_db, ConflictMatch::Client,
-            "SELECT ukod, unev1 FROM ugyfelek WHERE unev1egyezo = ? ORDER BY ukod", {k}, error);
+            "SELECT ukod, unev1 FROM ugyfelek WHERE unev1egyezo = ? ORDER BY +ukod", {k}, error);
     found += read(m_db, ConflictMatch::Partner,
-                  "SELECT pkod, pnev1 FROM partner WHERE pnev1egyezo = ? ORDER BY pkod", {k},
+                  "SELECT pkod, pnev1 FROM partner WHERE pnev1egyezo = ? ORDER BY +pkod", {k},
                   error);
     found += read(m_db, ConflictMatch::Case,
                   "SELECT ugyszam, ellnev FROM ugyek WHERE ellnevegyezo = ?"
-                  " AND ugyszam <> ? COLLATE NOCASE ORDER BY ugyszamertek, ugyszam COLLATE NOCASE",
+                  " AND ugyszam <> ? COLLATE NOCASE ORDER BY +ugyszamertek, ugyszam COLLATE NOCASE",
                   // A null text would bind as NULL, which no number differs from.
                   {k, exceptCase.isNull() ? QStringLiteral("") : exceptCase}, error);
     return found;
@@ -127,7 +147,7 @@ QList<ConflictMatch> Conflicts::casesAgainst(const QString& clientName, QString*
         return {};
     return read(m_db, ConflictMatch::Case,
                 "SELECT ugyszam, ellnev FROM ugyek WHERE ellnevegyezo = ?"
-                " ORDER BY ugyszamertek, ugyszam COLLATE NOCASE",
+                " ORDER BY +ugyszamertek, ugyszam COLLATE NOCASE",
                 {k}, error);
 }
 
