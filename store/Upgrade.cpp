@@ -175,7 +175,6 @@ void adatfrissites(platform::Database& db)
     }
 
     updateNameKeys(db);
-
     // Messages added to the catalogue since the file was made.
     addMissingMessages(db);
     addMissingCaptions(db);
