@@ -59,6 +59,7 @@ int main(int argc, char** argv)
     Screens& screens = Session::instance().screens;
     installCaptionEditor(&menu, Session::instance().database);
     search::install(screens, Session::instance().database);
+    search::installConflicts(screens, Session::instance().database);
     clients::install(screens);
     reference::install(screens, Session::instance().database);
     clients::installPartners(screens, Session::instance().database);

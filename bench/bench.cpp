@@ -26,6 +26,7 @@
 #include "session/Session.h"
 #include "store/Cases.h"
 #include "store/Clients.h"
+#include "store/Conflicts.h"
 #include "store/DataLocation.h"
 #include "store/Prepare.h"
 
@@ -617,6 +618,52 @@ bool startup(const QString& folder, const QString& executable, QJsonObject& resu
     return true;
 }
 
+// The conflict check as the case screen runs it at each keystroke: the opponent's name against
+// the clients, the partners and the other cases' opponents, and a client's name against the
+// opponents. The first start on a file without match keys fills them; that is timed too.
+bool conflict(const QString& folder, const QTemporaryDir& program, QJsonObject& result)
+{
+    QElapsedTimer start;
+    start.start();
+    if (!openFolder(folder, program))
+        return false;
+    result[QStringLiteral("conflict_start_ms")] = start.nsecsElapsed() / 1e6;
+    const platform::Rows cases
+            = db().select(QStringLiteral("SELECT ugyszam, ellnev FROM ugyek WHERE ellnev <> ''"
+                                         " ORDER BY rowid LIMIT 100 OFFSET 5000"));
+    const platform::Rows clients = db().select(
+            QStringLiteral("SELECT unev1 FROM ugyfelek ORDER BY ukod LIMIT 100 OFFSET 5000"));
+    if (cases.empty() || clients.empty()) {
+        err() << "no cases or clients to check\n";
+        return false;
+    }
+    const store::Conflicts check(db());
+    QList<double> ms;
+    qint64 found = 0;
+    for (const platform::Row& row : cases) {
+        QElapsedTimer t;
+        t.start();
+        found += check.matches(row.text(QStringLiteral("ellnev")),
+                               row.text(QStringLiteral("ugyszam")))
+                         .size();
+        ms << t.nsecsElapsed() / 1e6;
+    }
+    result[QStringLiteral("conflict_check_ms")] = median(ms);
+    result[QStringLiteral("conflict_check_max_ms")] = *std::max_element(ms.cbegin(), ms.cend());
+    result[QStringLiteral("conflict_check_matches")] = double(found) / double(cases.size());
+    QList<double> clientMs;
+    for (const platform::Row& row : clients) {
+        QElapsedTimer t;
+        t.start();
+        check.casesAgainst(row.text(QStringLiteral("unev1")));
+        clientMs << t.nsecsElapsed() / 1e6;
+    }
+    result[QStringLiteral("conflict_client_check_ms")] = median(clientMs);
+    result[QStringLiteral("conflict_client_check_max_ms")]
+            = *std::max_element(clientMs.cbegin(), clientMs.cend());
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -625,13 +672,15 @@ int main(int argc, char** argv)
     const QStringList args = app.arguments().mid(1);
     const QString mode = args.value(0);
     const QString folder = args.value(1);
-    const QStringList modes{
-            QStringLiteral("lists"),  QStringLiteral("page"),  QStringLiteral("print"),
-            QStringLiteral("record"), QStringLiteral("check"), QStringLiteral("save"),
-            QStringLiteral("export"), QStringLiteral("case"),  QStringLiteral("startup")};
+    const QStringList modes{QStringLiteral("lists"),   QStringLiteral("page"),
+                            QStringLiteral("print"),   QStringLiteral("record"),
+                            QStringLiteral("check"),   QStringLiteral("save"),
+                            QStringLiteral("export"),  QStringLiteral("case"),
+                            QStringLiteral("startup"), QStringLiteral("conflict")};
     if (!modes.contains(mode) || folder.isEmpty()
         || args.size() != (mode == QLatin1String("startup") ? 3 : 2)) {
-        err() << "usage: causora-bench lists|page|print|record|check|save|export|case FOLDER\n"
+        err() << "usage: causora-bench lists|page|print|record|check|save|export|case|conflict"
+                 " FOLDER\n"
                  "       causora-bench startup FOLDER PROGRAM\n";
         return 2;
     }
@@ -654,6 +703,8 @@ int main(int argc, char** argv)
         ok = exportAll(folder, program, result);
     else if (mode == QLatin1String("case"))
         ok = caseScreen(folder, program, result);
+    else if (mode == QLatin1String("conflict"))
+        ok = conflict(folder, program, result);
     else
         ok = startup(folder, args.value(2), result);
     QTextStream(stdout) << QJsonDocument(result).toJson();

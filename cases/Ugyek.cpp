@@ -14,6 +14,7 @@
 #include "platform/Display.h"
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
+#include "records/ConflictNotice.h"
 #include "session/Session.h"
 #include "store/Cases.h"
 #include "store/ErrorLog.h"
@@ -170,6 +171,14 @@ Ugyek::Ugyek(platform::Database& db, const ListChoice& choice, CaseHandOffs hand
     connect(m_ui->SSTab1, &QTabWidget::currentChanged, this, &Ugyek::SSTab1_Click);
     connect(m_timer, &QTimer::timeout, this, &Ugyek::Timer1_Timer);
 
+    // The opponent and the opponent's lawyer are checked against the clients, the partners
+    // and the other cases' opponents at each edit; the notice only informs.
+    const auto check = [this](const QString& name) {
+        return store::Conflicts(m_db).matches(name, m_ui->ugyszam->text());
+    };
+    m_opponentCheck = new records::ConflictNotice(m_ui->ellnev, check);
+    m_lawyerCheck = new records::ConflictNotice(m_ui->ellugyvnev, check);
+
     // The screen sees every key before its fields do (Enter moves on; the dates take shape);
     // the drop-down lists are windows of their own and keep their keys.
     for (QWidget* w : findChildren<QWidget*>()) {
@@ -282,6 +291,8 @@ void Ugyek::ujugy()
     showPictureButtons(true);
     m_form->setEntering(true);
     emptyFields();
+    m_opponentCheck->clear();
+    m_lawyerCheck->clear();
     m_ui->ugyved->setEditText(Session::instance().defaultLawyer);
     m_form->setLocked(false);
     m_ui->ugyszam->setFocus();
@@ -297,6 +308,8 @@ void Ugyek::g4_Click()
     // The number of a shown case cannot be changed.
     m_form->setLocked(false, {QStringLiteral("ugyszam")});
     m_form->setMode(Mode::Changed);
+    m_opponentCheck->recheck();
+    m_lawyerCheck->recheck();
     m_ui->ugyszam->setFocus();
 }
 
@@ -386,6 +399,8 @@ void Ugyek::g5_Click()
 void Ugyek::belockol()
 {
     m_form->setLocked(true);
+    m_opponentCheck->clear();
+    m_lawyerCheck->clear();
 }
 
 void Ugyek::g6_Click()

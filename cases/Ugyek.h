@@ -26,6 +26,10 @@ namespace clients {
 class AddressBlock;
 } // namespace clients
 
+namespace records {
+class ConflictNotice;
+} // namespace records
+
 namespace cases {
 
 class ClientChoices;
@@ -131,6 +135,8 @@ private:
     ClientChoices* m_clients = nullptr;
     clients::AddressBlock* m_opponent = nullptr;
     clients::AddressBlock* m_lawyer = nullptr;
+    records::ConflictNotice* m_opponentCheck = nullptr;
+    records::ConflictNotice* m_lawyerCheck = nullptr;
     platform::ListSource* m_subNumbers = nullptr;
     QTimer* m_timer = nullptr;
     // The name of the client whose key ugyfelkod holds.

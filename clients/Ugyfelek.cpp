@@ -9,6 +9,7 @@
 #include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/Messages.h"
+#include "records/ConflictNotice.h"
 #include "store/Clients.h"
 #include "store/Lookups.h"
 
@@ -90,6 +91,10 @@ Ugyfelek::Ugyfelek(const ListChoice& choice, QWidget* parent)
     m_address = new AddressBlock(m_ui->orszag, m_ui->irsz, m_ui->hely, m_ui->helylista1, this);
     m_ui->orszag->clearEditText();
     m_form = new records::RecordForm(this, clientFields(), clientButtons(), m_ui->hivo);
+    // The client's name against every case's opponent, at each edit; the notice only informs.
+    m_nameCheck = new records::ConflictNotice(m_ui->nev1, [](const QString& name) {
+        return store::Conflicts(Session::instance().database).casesAgainst(name);
+    });
     m_form->setLocked(true);
 
     connect(m_ui->g3, &QPushButton::clicked, this, &Ugyfelek::ujugyfel);
@@ -145,6 +150,7 @@ void Ugyfelek::ugyffeltolt()
     m_ui->ukod->setText(row.text(QStringLiteral("ukod")));
     // A stored yes reads as -1; no and no value show a private person.
     m_form->load(row);
+    m_nameCheck->clear();
     m_ui->nev1->setFocus();
 }
 
@@ -155,6 +161,7 @@ void Ugyfelek::ujugyfel()
     m_form->setEntering(true);
     m_form->clear();
     m_form->setLocked(false);
+    m_nameCheck->clear();
     m_ui->nev1->setFocus();
     if (mode() == Mode::NewForCase) {
         m_ui->g5->setText(QStringLiteral("Ment és Vissza"));
@@ -174,6 +181,7 @@ void Ugyfelek::g4_Click()
     m_form->setLocked(false);
     m_ui->nev1->setFocus();
     m_form->setMode(Mode::Changed);
+    m_nameCheck->recheck();
 }
 
 QVariantMap Ugyfelek::columnValues(bool newClient)
@@ -275,6 +283,7 @@ void Ugyfelek::newForCase(QWidget* caseScreen, const QString& typedName, ClientS
     m_form->setMode(Mode::NewForCase);
     ujugyfel();
     m_ui->nev1->setText(typedName);
+    m_nameCheck->recheck();
 }
 
 void Ugyfelek::Tg1_Click()

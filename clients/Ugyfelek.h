@@ -16,6 +16,10 @@ namespace Ui {
 class Ugyfelek;
 }
 
+namespace records {
+class ConflictNotice;
+}
+
 namespace clients {
 
 class AddressBlock;
@@ -82,6 +86,7 @@ private:
     AddressBlock* m_address = nullptr;
     QButtonGroup* m_cegprivat = nullptr;
     records::RecordForm* m_form = nullptr;
+    records::ConflictNotice* m_nameCheck = nullptr;
     QPointer<QWidget> m_caseScreen;
     ClientSaved m_saved;
     bool m_unloading = false;

@@ -1,6 +1,7 @@
 #include "search/Install.h"
 
 #include "search/keres.h"
+#include "search/utkozesek.h"
 #include "session/Session.h"
 
 #include <memory>
@@ -32,6 +33,23 @@ void install(Screens& screens, platform::Database& db)
             w->raise();
             w->activateWindow();
         }
+    };
+}
+
+void installConflicts(Screens& screens, platform::Database& db)
+{
+    auto screen = std::make_shared<QPointer<utkozesek>>();
+    screens.showConflicts = [screen, &db] {
+        if (!*screen) {
+            *screen = new utkozesek(db);
+            QObject::connect(qApp, &QCoreApplication::aboutToQuit, *screen,
+                             [w = screen->data()] { delete w; });
+        }
+        utkozesek* w = *screen;
+        w->show();
+        w->Activate();
+        w->raise();
+        w->activateWindow();
     };
 }
 

@@ -12,4 +12,8 @@ namespace search {
 // it is closed loads it, which closes the client and case screens (keres::Load).
 void install(Screens& screens, platform::Database& db);
 
+// Plugs the conflict list in: screens.showConflicts opens it, or brings the open one to the
+// front and reads it again. There is one conflict list.
+void installConflicts(Screens& screens, platform::Database& db);
+
 } // namespace search

@@ -22,9 +22,11 @@ struct Layout
     int widths[3];
 };
 
-Layout layoutFor(bool clients)
+Layout layoutFor(const PrintedList& list)
 {
-    if (clients)
+    if (list.fields.size() == 4 && list.widths.size() == 3)
+        return {list.title, list.fields, {list.widths.at(0), list.widths.at(1), list.widths.at(2)}};
+    if (list.clients)
         return {QStringLiteral("Ügyféllista"),
                 {QStringLiteral("unev1"), QStringLiteral("uirsz"), QStringLiteral("uhely"),
                  QStringLiteral("uutca")},
@@ -53,7 +55,7 @@ class ListLayout
 {
 public:
     ListLayout(platform::Printer& printer, const PrintedList& list)
-        : m_printer(printer), m_list(list), m_layout(layoutFor(list.clients))
+        : m_printer(printer), m_list(list), m_layout(layoutFor(list))
     {
         m_x[0] = 100;
         for (int i = 1; i < 4; ++i)

@@ -21,6 +21,11 @@ struct PrintedList
     platform::ListQuery query; // the screen's current list
     QStringList headings; // the four column headings, in the session's language
     QFont measureFont; // the screen's font: fields are shortened by their width in it
+    // Another list's layout: its title, its four fields and the widths of the first three in
+    // twips. Left empty, the client or case layout above is printed.
+    QString title;
+    QStringList fields;
+    QList<int> widths;
 };
 
 enum class PrintResult { Printed, NoPrinter, Failed };

@@ -63,6 +63,7 @@ Alap::Alap(QWidget* parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::Ala
     connect(m_ui->g11, &QPushButton::clicked, this, &Alap::g11_Click);
     connect(m_ui->g12, &QPushButton::clicked, this, &Alap::g12_Click);
     connect(m_ui->g13, &QPushButton::clicked, this, &Alap::g13_Click);
+    connect(m_ui->g14, &QPushButton::clicked, this, &Alap::g14_Click);
 
     // Shift+F5, whatever field has the focus; the key sequence matches Shift alone, so F5 and
     // Ctrl+Shift+F5 do not open the caption editor.
@@ -93,6 +94,7 @@ bool Alap::load()
     setPanelText(2, locale.toString(QDate::currentDate(), QLocale::ShortFormat));
     setPanelText(3, locale.toString(QTime::currentTime(), QLocale::ShortFormat));
     feliratoz(this);
+    captionConflicts();
     m_ui->verz->setText(QStringLiteral(CAUSORA_VERSION));
     helyez();
     return true;
@@ -112,8 +114,10 @@ void Alap::setPanelText(int panel, const QString& text)
 bool Alap::event(QEvent* e)
 {
     // Captions again on every activation, so that a new language or an edited caption shows.
-    if (e->type() == QEvent::WindowActivate)
+    if (e->type() == QEvent::WindowActivate) {
         feliratoz(this);
+        captionConflicts();
+    }
     return QMainWindow::event(e);
 }
 
@@ -156,6 +160,7 @@ void Alap::helyez()
             {"g12", 1.0 / 4, 3800, buttonWidth, buttonHeight},
             {"g11", 1.0 / 2, 3800, buttonWidth, buttonHeight},
             {"g13", 3.0 / 4, 3800, buttonWidth, buttonHeight},
+            {"g14", 3.0 / 4, 4900, buttonWidth, buttonHeight},
             {"g2", 1.0 / 2, 4900, buttonWidth, buttonHeight},
     };
     for (const Placement& p : fields) {
@@ -257,6 +262,18 @@ void Alap::g11_Click()
 void Alap::g12_Click()
 {
     megnyit(Right::BackupAndRestore, Session::instance().screens.showBackup, true);
+}
+
+void Alap::captionConflicts()
+{
+    // The caption table has no column for this button: its caption is a message.
+    m_ui->g14->setText(uzenetszoveg(QStringLiteral("utkozesgomb")));
+}
+
+// The conflict list shows cases with their opponents: it asks the case-list right.
+void Alap::g14_Click()
+{
+    megnyit(Right::CaseSearch, Session::instance().screens.showConflicts, false);
 }
 
 void Alap::g13_Click()

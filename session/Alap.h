@@ -34,6 +34,7 @@ protected:
 
 private:
     void helyez();
+    void captionConflicts();
     void megnyit(Right right, const std::function<void()>& show, bool hidesMenu);
     void mutat();
 
@@ -50,6 +51,7 @@ private:
     void g11_Click();
     void g12_Click();
     void g13_Click();
+    void g14_Click();
     void felirShow();
 
     std::unique_ptr<Ui::Alap> m_ui;

@@ -42,6 +42,8 @@ struct Screens
     std::function<void()> showBackup;
     std::function<void()> showRestore;
     std::function<void()> showCaptionEditor;
+    // The list of every conflict of interest in the register.
+    std::function<void()> showConflicts;
     std::function<void()> showLogin;
     // Screens that hide the main menu show it again through this when they close.
     std::function<void()> showMainMenu;

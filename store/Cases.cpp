@@ -1,11 +1,21 @@
 #include "store/Cases.h"
 
+#include "store/Conflicts.h"
 #include "store/Upgrade.h"
 
 namespace store {
 
 namespace {
 const QString table = QStringLiteral("ugyek");
+
+// The match keys of the opponent's and the opponent's lawyer's names go with the names, for
+// the conflict check.
+QVariantMap withNameKeys(QVariantMap values)
+{
+    addNameKey(values, QStringLiteral("ellnev"), QStringLiteral("ellnevegyezo"));
+    addNameKey(values, QStringLiteral("ellugyvnev"), QStringLiteral("ellugyvnevegyezo"));
+    return values;
+}
 } // namespace
 
 platform::Row Cases::find(const QString& ugyszam, QString* error) const
@@ -42,14 +52,14 @@ Written Cases::add(const QVariantMap& values)
         return Written::failed(m_db, error);
     if (!existing.isEmpty())
         return {Written::Exists, platform::Failure::None, QString(), number};
-    if (!m_db.insert(table, values, nullptr, &error) || !t.commit(&error))
+    if (!m_db.insert(table, withNameKeys(values), nullptr, &error) || !t.commit(&error))
         return Written::failed(m_db, error);
     return {Written::Stored, platform::Failure::None, QString(), number};
 }
 
 Written Cases::change(const QString& ugyszam, const QVariantMap& values)
 {
-    return changeRow(m_db, table, QStringLiteral("ugyszam"), ugyszam, values);
+    return changeRow(m_db, table, QStringLiteral("ugyszam"), ugyszam, withNameKeys(values));
 }
 
 Written Cases::remove(const QString& ugyszam)

@@ -1,6 +1,7 @@
 #include "store/Clients.h"
 
 #include "platform/SqlFunctions.h"
+#include "store/Conflicts.h"
 
 namespace store {
 
@@ -16,6 +17,8 @@ QVariantMap withSortKey(QVariantMap values)
         values.insert(QStringLiteral("unev1kulcs"),
                       name->toString().isEmpty() ? QVariant(QMetaType(QMetaType::QByteArray))
                                                  : QVariant(platform::huSortKey(name->toString())));
+    // And its match key, for the conflict check.
+    addNameKey(values, QStringLiteral("unev1"), QStringLiteral("unev1egyezo"));
     return values;
 }
 

@@ -1,10 +1,19 @@
 #include "store/Partners.h"
 
+#include "store/Conflicts.h"
+
 namespace store {
 
 namespace {
 const QString table = QStringLiteral("partner");
 const QString keyColumn = QStringLiteral("pkod");
+
+// The name's match key goes with the name, for the conflict check.
+QVariantMap withNameKey(QVariantMap values)
+{
+    addNameKey(values, QStringLiteral("pnev1"), QStringLiteral("pnev1egyezo"));
+    return values;
+}
 } // namespace
 
 QVariant Partners::key(const QString& text)
@@ -26,7 +35,8 @@ Written Partners::add(const QVariantMap& values)
     platform::NewRow row(m_db, table, keyColumn);
     if (!row.isValid())
         return Written::failed(m_db, row.error());
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
+    const QVariantMap all = withNameKey(values);
+    for (auto it = all.cbegin(); it != all.cend(); ++it)
         row.set(it.key(), it.value());
     QString error;
     if (!row.update(&error))
@@ -36,7 +46,7 @@ Written Partners::add(const QVariantMap& values)
 
 Written Partners::change(const QVariant& pkod, const QVariantMap& values)
 {
-    return changeRow(m_db, table, keyColumn, pkod, values);
+    return changeRow(m_db, table, keyColumn, pkod, withNameKey(values));
 }
 
 Written Partners::remove(const QVariant& pkod)

@@ -1,6 +1,7 @@
 #include "store/Prepare.h"
 
 #include "store/Access.h"
+#include "store/Conflicts.h"
 #include "store/Credentials.h"
 #include "store/Schema.h"
 #include "version.h"
@@ -237,7 +238,8 @@ bool prepareDataFolder(const QString& folder, bool demo, QString* error, Layout 
                  && (!demo || fillDemoData(db, error))
                  && db.exec(QStringLiteral("UPDATE ugyfelek SET unev1kulcs = hukulcs(unev1)"), {},
                             error)
-                 && (layout == Layout::Current || makeOldLayout(db, error))
+                 && (layout == Layout::Current ? (updateNameKeys(db), true)
+                                               : makeOldLayout(db, error))
                  && setDatabasePassword(db, databasePassword(), error) && t.commit(error);
         }
         db.close();

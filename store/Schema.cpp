@@ -1,5 +1,7 @@
 #include "store/Schema.h"
 
+#include "store/Conflicts.h"
+
 namespace store {
 
 namespace {
@@ -121,7 +123,7 @@ QStringList schemaStatements()
             " unev1 TEXT(100), unev2 TEXT(100), uorszag TEXT(50), uirsz TEXT(10),"
             " uhely TEXT(50), uutca TEXT(100), utel1 TEXT(30), utel2 TEXT(30), ufax TEXT(30),"
             " uemail TEXT(100), ucegprivat BOOLEAN, uanyja TEXT(100), uszemszam TEXT(30),"
-            " uadoszam TEXT(30), ucegszam TEXT(30), unev1kulcs BLOB)");
+            " uadoszam TEXT(30), ucegszam TEXT(30), unev1kulcs BLOB, unev1egyezo TEXT)");
     s << QStringLiteral("CREATE INDEX ugyfelek_unev1 ON ugyfelek (unev1)");
     s << clientOrderIndex();
 
@@ -135,7 +137,7 @@ QStringList schemaStatements()
                  " ellugyvnev TEXT(100), ellugyvorsz TEXT(50), ellugyvhely TEXT(50),"
                  " ellugyvutca TEXT(100), ellugyvirsz TEXT(10), ellugyvtel1 TEXT(30),"
                  " ellugyvtel2 TEXT(30), ellugyvfax TEXT(30), ellugyvemail TEXT(100),"
-                 " feljegyzes TEXT, kezdete TEXT(15),"
+                 " feljegyzes TEXT, kezdete TEXT(15), ellnevegyezo TEXT, ellugyvnevegyezo TEXT,"
                  " %1)")
                     .arg(caseNumberValueColumn());
     // Case numbers are unique whatever their letter case ("10/A" and "10/a" are one case).
@@ -147,7 +149,8 @@ QStringList schemaStatements()
             "CREATE TABLE partner ("
             " pkod INTEGER PRIMARY KEY AUTOINCREMENT,"
             " pnev1 TEXT(100), pnev2 TEXT(100), porszag TEXT(50), pirsz TEXT(10), phely TEXT(50),"
-            " putca TEXT(100), ptel1 TEXT(30), ptel2 TEXT(30), pfax TEXT(30), pemail TEXT(100))");
+            " putca TEXT(100), ptel1 TEXT(30), ptel2 TEXT(30), pfax TEXT(30), pemail TEXT(100),"
+            " pnev1egyezo TEXT)");
     s << QStringLiteral("CREATE UNIQUE INDEX partner_primarykey ON partner (pkod)");
 
     s << QStringLiteral("CREATE TABLE orszagok (orszagnev TEXT(50) NOT NULL)");
@@ -202,6 +205,8 @@ QStringList schemaStatements()
         s << renameCascade(use);
     }
     s << clientGuards();
+    // The match keys of the names the conflict check compares.
+    s << nameKeyIndexes();
     return s;
 }
 

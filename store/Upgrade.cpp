@@ -1,6 +1,7 @@
 #include "store/Upgrade.h"
 
 #include "platform/Database.h"
+#include "store/Conflicts.h"
 #include "store/ErrorLog.h"
 #include "store/Prepare.h"
 #include "store/Schema.h"
@@ -322,6 +323,9 @@ void adatfrissites(platform::Database& db)
     // Sort keys for rows written without one (by another tool, or before the key existed).
     fillClientSortKeys(db);
 
+    // Names' match keys for the conflict check, for files older than the check and rows other
+    // tools wrote without them.
+    updateNameKeys(db);
     // Messages and screens added to the catalogue since the file was made.
     addMissingMessages(db);
     addMissingCaptions(db);

@@ -9,17 +9,23 @@
 #include "search/keres.h"
 #include "session/Session.h"
 #include "store/Cases.h"
+#include "store/Clients.h"
+#include "store/Conflicts.h"
+#include "store/Partners.h"
 
 #include <memory>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDialog>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTableWidget>
 #include <QTest>
 
 using cases::Ugyek;
@@ -178,6 +184,42 @@ private slots:
         QCOMPARE(edit("ugyszam")->text(), QString("2019/123"));
         QVERIFY(edit("ugyszam")->isReadOnly() && !button("g5")->isEnabled());
         QVERIFY(!stored("2019/123").isEmpty());
+    }
+
+    // The opponent's names are checked at each keystroke; the notice names the records, opens
+    // their list in a window that is not modal, and the save goes on as always.
+    void conflictNoticeNeverStopsASave()
+    {
+        QVERIFY(store::Clients(db()).add({{"unev1", "KOVÁCS ÉS TÁRSA"}}).result
+                == store::Written::Stored);
+        QVERIFY(store::Clients(db()).add({{"unev1", "Kovács"}}).result == store::Written::Stored);
+        const QVariant partner = store::Partners(db()).add({{"pnev1", "Kovacs es Tarsa Bt"}}).key;
+        open();
+        fill("T-7");
+        type(edit("ellnev"), "Kovács és Társa Kft.");
+        auto* notice = screen()->findChild<QLabel*>("ellnevutkozes");
+        QVERIFY(notice && !notice->isHidden());
+        QVERIFY2(notice->text().contains("KOVÁCS ÉS TÁRSA")
+                         && notice->text().contains("Kovacs es Tarsa Bt (" + partner.toString()),
+                 qPrintable(notice->text()));
+        button("ellnevutkozeslista")->click();
+        auto* list = screen()->findChild<QDialog*>("ellnevutkozesek");
+        QVERIFY(list && list->isVisible() && !list->isModal());
+        // The sample register holds more of that name than the two added here.
+        const auto matches = store::Conflicts(db()).matches("Kovács és Társa Kft.");
+        QVERIFY(matches.size() >= 2);
+        QCOMPARE(list->findChild<QTableWidget*>()->rowCount(), matches.size());
+
+        // "Kovácsné" is another name than "Kovács".
+        screen()->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(1);
+        type(edit("ellugyvnev"), "Kovácsné");
+        QVERIFY(screen()->findChild<QLabel*>("ellugyvnevutkozes")->isHidden());
+
+        testsupport::MessageRecorder boxes;
+        button("g5")->click();
+        QCOMPARE(boxes.texts(), QStringList());
+        QCOMPARE(stored("T-7").text("ellnevegyezo"), QString("kovacs tarsa"));
+        QVERIFY(notice->isHidden());
     }
 
     // Empty dates: one blank for a new case, an empty text for a changed one; a date is stored

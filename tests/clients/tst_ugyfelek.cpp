@@ -6,12 +6,14 @@
 #include "search/Install.h"
 #include "search/keres.h"
 #include "session/Session.h"
+#include "store/Cases.h"
 #include "store/Clients.h"
 
 #include <memory>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -92,6 +94,29 @@ private slots:
                 w->deleteLater();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         m_folder.reset();
+    }
+    // A new client's name is checked against the cases' opponents as it is typed; the notice
+    // names the case and the client is stored all the same.
+    void nameCheckedAgainstOpponents()
+    {
+        QCOMPARE(store::Cases(Session::instance().database)
+                         .add({{"ugyszam", "U-1"}, {"ellnev", "Zöldfa Bt."}})
+                         .result,
+                 store::Written::Stored);
+        open();
+        type(field("nev1"), "ZOLDFA KFT");
+        auto* notice = screen()->findChild<QLabel*>("nev1utkozes");
+        QVERIFY(notice && !notice->isHidden());
+        QVERIFY2(notice->text().contains("U-1: Zöldfa Bt."), qPrintable(notice->text()));
+        type(field("nev1"), "né");
+        QVERIFY(notice->isHidden());
+        button("g5")->click();
+        QCOMPARE(Session::instance()
+                         .database
+                         .scalar("SELECT count(*) FROM ugyfelek WHERE unev1egyezo = ?",
+                                 {"kftne zoldfa"})
+                         .toInt(),
+                 1);
     }
     void newClientIsStored_data()
     {

@@ -41,8 +41,8 @@ private slots:
     {
         m_folder = std::make_unique<testsupport::TestFolder>();
         QVERIFY(m_folder->open());
-        QVERIFY(db().exec("INSERT INTO ugyfelek (ukod, unev1, unev1kulcs) "
-                          "VALUES (1, 'Ügyfél', hukulcs('Ügyfél'))"));
+        QVERIFY(db().exec("INSERT INTO ugyfelek (ukod, unev1, unev1kulcs, unev1egyezo) "
+                          "VALUES (1, 'Ügyfél', hukulcs('Ügyfél'), 'ugyfel')"));
     }
     void cleanup() { m_folder.reset(); }
 
