@@ -9,7 +9,7 @@
 #include "platform/Messages.h"
 #include "platform/Printer.h"
 #include "search/DateShape.h"
-#include "search/ListPrint.h"
+#include "search/ListCommands.h"
 #include "session/Jog.h"
 #include "session/Session.h"
 #include "store/Cases.h"
@@ -221,19 +221,7 @@ void keres::g5_Click()
                                  : QStringList{ui->sz2->text(), ui->sz3->text(), ui->sz4->text(),
                                                ui->sz5->text()};
     list.measureFont = font();
-    const std::unique_ptr<platform::Printer> printer = platform::openDefaultPrinter(this);
-    switch (search::listanyomtatas(list, m_db, printer.get())) {
-    case search::PrintResult::NoPrinter:
-        // The one notice whose text is the program's own, not the catalogue's.
-        platform::messageBox(QStringLiteral("nincs nyomtató telepítve"), platform::Notice,
-                             QString(), this);
-        break;
-    case search::PrintResult::Failed:
-        uzenet(QStringLiteral("nyomhiba"), platform::Notice, this);
-        break;
-    case search::PrintResult::Printed:
-        break;
-    }
+    search::printList(list, m_db, this);
 }
 
 void keres::g6_Click()
@@ -242,28 +230,7 @@ void keres::g6_Click()
     list.query = m_forras->recordSource();
     list.columns = platform::gridExportColumns(ui->DataGrid1);
     list.title = ui->sz1->text();
-    const platform::ExportTexts texts{uzenetszoveg(QStringLiteral("exportcim")),
-                                      {uzenetszoveg(QStringLiteral("exportcim")),
-                                       uzenetszoveg(QStringLiteral("exportfolyik")),
-                                       uzenetszoveg(QStringLiteral("exportmegse"))}};
-    platform::Database& db = m_db;
-    const platform::ExportResult done = platform::exportListAs(db, list, texts, this);
-    switch (done.outcome) {
-    case platform::ExportOutcome::ReadFailed:
-        engineFailure(db.lastFailure(), done.error, QStringLiteral("keres"), QStringLiteral("g6"),
-                      this);
-        break;
-    case platform::ExportOutcome::WriteFailed:
-        store::hibanaplo(QStringLiteral("keres"), QStringLiteral("g6"),
-                         done.path + QStringLiteral(": ") + done.error);
-        platform::messageBox(uzenetszoveg(QStringLiteral("exporthiba")) + QStringLiteral("\n\n")
-                                     + done.path + QStringLiteral("\n") + done.error,
-                             platform::ErrorNotice, QString(), this);
-        break;
-    case platform::ExportOutcome::Written:
-    case platform::ExportOutcome::Cancelled:
-        break;
-    }
+    search::exportList(list, m_db, QStringLiteral("keres"), QStringLiteral("g6"), this);
 }
 
 void keres::keltezes()

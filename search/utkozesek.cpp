@@ -9,7 +9,7 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "platform/Printer.h"
-#include "search/ListPrint.h"
+#include "search/ListCommands.h"
 #include "session/Session.h"
 #include "store/Conflicts.h"
 #include "store/ErrorLog.h"
@@ -60,18 +60,7 @@ void utkozesek::g1_Click()
     list.widths = {1000, 3350, 1800};
     list.headings = QStringList{ui->sz2->text(), ui->sz4->text(), ui->sz5->text(), ui->sz7->text()};
     list.measureFont = font();
-    const std::unique_ptr<platform::Printer> printer = platform::openDefaultPrinter(this);
-    switch (search::listanyomtatas(list, m_db, printer.get())) {
-    case search::PrintResult::NoPrinter:
-        platform::messageBox(QStringLiteral("nincs nyomtató telepítve"), platform::Notice,
-                             QString(), this);
-        break;
-    case search::PrintResult::Failed:
-        uzenet(QStringLiteral("nyomhiba"), platform::Notice, this);
-        break;
-    case search::PrintResult::Printed:
-        break;
-    }
+    search::printList(list, m_db, this);
 }
 
 void utkozesek::g2_Click()
@@ -80,26 +69,7 @@ void utkozesek::g2_Click()
     list.query = m_forras->recordSource();
     list.columns = platform::gridExportColumns(ui->DataGrid1);
     list.title = ui->sz1->text();
-    const platform::ExportTexts texts{uzenetszoveg(QStringLiteral("exportcim")),
-                                      {uzenetszoveg(QStringLiteral("exportcim")),
-                                       uzenetszoveg(QStringLiteral("exportfolyik")),
-                                       uzenetszoveg(QStringLiteral("exportmegse"))}};
-    const platform::ExportResult done = platform::exportListAs(m_db, list, texts, this);
-    switch (done.outcome) {
-    case platform::ExportOutcome::ReadFailed:
-        engineFailure(m_db.lastFailure(), done.error, module, QStringLiteral("g2"), this);
-        break;
-    case platform::ExportOutcome::WriteFailed:
-        store::hibanaplo(module, QStringLiteral("g2"),
-                         done.path + QStringLiteral(": ") + done.error);
-        platform::messageBox(uzenetszoveg(QStringLiteral("exporthiba")) + QStringLiteral("\n\n")
-                                     + done.path + QStringLiteral("\n") + done.error,
-                             platform::ErrorNotice, QString(), this);
-        break;
-    case platform::ExportOutcome::Written:
-    case platform::ExportOutcome::Cancelled:
-        break;
-    }
+    search::exportList(list, m_db, module, QStringLiteral("g2"), this);
 }
 
 void utkozesek::g3_Click()
