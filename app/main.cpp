@@ -60,10 +60,14 @@ int main(int argc, char** argv)
     installCaptionEditor(&menu, Session::instance().database);
     search::install(screens, Session::instance().database);
     search::installConflicts(screens, Session::instance().database);
-    clients::install(screens);
+    clients::install(screens, Session::instance().database);
     reference::install(screens, Session::instance().database);
     clients::installPartners(screens, Session::instance().database);
-    cases::install(screens, Session::instance().database, clients::newClientForCase);
+    cases::install(screens, Session::instance().database,
+                   [](QWidget* caseScreen, const QString& name, cases::CaseHandOffs::Saved saved) {
+                       clients::newClientForCase(Session::instance().database, caseScreen, name,
+                                                 std::move(saved));
+                   });
     admin::install(screens, Session::instance().database);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);

@@ -128,10 +128,10 @@ Ugyek::Ugyek(platform::Database& db, const ListChoice& choice, CaseHandOffs hand
     new clients::ComboAutoComplete(m_ui->ugyfelnev);
     new clients::ComboAutoComplete(m_ui->ugytipus);
     new clients::ComboAutoComplete(m_ui->ugyved);
-    m_opponent = new clients::AddressBlock(m_ui->ellorszag, m_ui->ellirsz, m_ui->ellhely,
+    m_opponent = new clients::AddressBlock(m_db, m_ui->ellorszag, m_ui->ellirsz, m_ui->ellhely,
                                            m_ui->helylista, this);
-    m_lawyer = new clients::AddressBlock(m_ui->ellugyvorsz, m_ui->ellugyvirsz, m_ui->ellugyvhely,
-                                         m_ui->helylista2, this);
+    m_lawyer = new clients::AddressBlock(m_db, m_ui->ellugyvorsz, m_ui->ellugyvirsz,
+                                         m_ui->ellugyvhely, m_ui->helylista2, this);
     // One mark for both postal codes of the screen.
     m_lawyer->shareMarkWith(*m_opponent);
     m_opponent->logFailures(module, QStringLiteral("ellirsz_lostfocus"),
@@ -631,12 +631,12 @@ void Ugyek::g9_Click()
 
 void Ugyek::Tg1_Click()
 {
-    comm::telefonhiv(m_ui->ellugyvtel1->text());
+    comm::telefonhiv(m_db, m_ui->ellugyvtel1->text());
 }
 
 void Ugyek::Tg2_Click()
 {
-    comm::telefonhiv(m_ui->ellugyvtel2->text());
+    comm::telefonhiv(m_db, m_ui->ellugyvtel2->text());
 }
 
 void Ugyek::em1_Click()

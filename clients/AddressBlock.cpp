@@ -36,18 +36,20 @@ bool inLayout(const QLayout* layout, const QWidget* widget)
 
 } // namespace
 
-QString irszhelybol(const QString& country, const QString& place, QString* error)
+QString irszhelybol(platform::Database& db, const QString& country, const QString& place,
+                    QString* error)
 {
     if (country.isEmpty()) {
         uzenet(QStringLiteral("nincsorsz"), platform::Notice);
         return QString();
     }
-    return store::PostalCodes(Session::instance().database).codeOf(country, place, error);
+    return store::PostalCodes(db).codeOf(country, place, error);
 }
 
-AddressBlock::AddressBlock(QComboBox* country, QLineEdit* postalCode, QLineEdit* place,
-                           QListWidget* placeList, QObject* parent)
+AddressBlock::AddressBlock(platform::Database& db, QComboBox* country, QLineEdit* postalCode,
+                           QLineEdit* place, QListWidget* placeList, QObject* parent)
     : QObject(parent)
+    , m_db(db)
     , m_country(country)
     , m_postalCode(postalCode)
     , m_place(place)
@@ -114,8 +116,7 @@ void AddressBlock::irszbolhely()
     }
 
     QString error;
-    const QStringList places
-            = store::PostalCodes(Session::instance().database).places(country, code, &error);
+    const QStringList places = store::PostalCodes(m_db).places(country, code, &error);
     if (!error.isEmpty() && !m_logModule.isEmpty()) {
         store::hibanaplo(m_logModule, m_codePlace, error);
         return;
@@ -149,7 +150,7 @@ void AddressBlock::helybolirsz()
     if (!m_postalCode->text().isEmpty())
         return;
     QString error;
-    const QString code = irszhelybol(m_country->currentText(), m_place->text(), &error);
+    const QString code = irszhelybol(m_db, m_country->currentText(), m_place->text(), &error);
     if (!error.isEmpty() && !m_logModule.isEmpty()) {
         store::hibanaplo(m_logModule, m_placePlace, error);
         return;

@@ -4,6 +4,10 @@
 #include <QObject>
 #include <QString>
 
+namespace platform {
+class Database;
+}
+
 class QComboBox;
 class QLineEdit;
 class QListWidget;
@@ -16,7 +20,8 @@ class ComboAutoComplete;
 // The postal code of a place in a country from the postal code register: the first matching
 // row in the register's order, or an empty text. An empty country shows "nincsorsz". A failed
 // look-up gives an empty text, with the engine's text in error when given.
-QString irszhelybol(const QString& country, const QString& place, QString* error = nullptr);
+QString irszhelybol(platform::Database& db, const QString& country, const QString& place,
+                    QString* error = nullptr);
 
 // One address block of a screen: the country box, the postal-code field, the place field and
 // the hidden list of places. It fills the place from a changed postal code (with the
@@ -27,8 +32,8 @@ class AddressBlock : public QObject
 {
     Q_OBJECT
 public:
-    AddressBlock(QComboBox* country, QLineEdit* postalCode, QLineEdit* place,
-                 QListWidget* placeList, QObject* parent = nullptr);
+    AddressBlock(platform::Database& db, QComboBox* country, QLineEdit* postalCode,
+                 QLineEdit* place, QListWidget* placeList, QObject* parent = nullptr);
 
     // Set whenever the postal code's text changes (typed or written by the screen); cleared by
     // a register lookup or a choice from the list.
@@ -56,6 +61,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    platform::Database& m_db;
     QComboBox* m_country;
     QLineEdit* m_postalCode;
     QLineEdit* m_place;

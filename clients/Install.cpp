@@ -6,36 +6,36 @@ namespace clients {
 
 namespace {
 
-Ugyfelek* loadAnew(const ListChoice& choice)
+Ugyfelek* loadAnew(platform::Database& db, const ListChoice& choice)
 {
     if (Ugyfelek* old = records::loadedScreen<Ugyfelek>())
         old->unload(false);
-    return new Ugyfelek(choice);
+    return new Ugyfelek(db, choice);
 }
 
 } // namespace
 
-void install(Screens& screens)
+void install(Screens& screens, platform::Database& db)
 {
     screens.clientGivesWay = records::givesWay<Ugyfelek>;
-    screens.showClient = [](const ListChoice& choice) {
-        Ugyfelek* screen = loadAnew(choice);
+    screens.showClient = [&db](const ListChoice& choice) {
+        Ugyfelek* screen = loadAnew(db, choice);
         screen->ugyffeltolt();
         screen->show();
     };
-    screens.newClient = [](const ListChoice& choice) {
-        Ugyfelek* screen = loadAnew(choice);
+    screens.newClient = [&db](const ListChoice& choice) {
+        Ugyfelek* screen = loadAnew(db, choice);
         screen->show();
         screen->ujugyfel();
     };
 }
 
-Ugyfelek* newClientForCase(QWidget* caseScreen, const QString& typedName,
+Ugyfelek* newClientForCase(platform::Database& db, QWidget* caseScreen, const QString& typedName,
                            Ugyfelek::ClientSaved saved)
 {
     Ugyfelek* screen = records::loadedScreen<Ugyfelek>();
     if (!screen)
-        screen = new Ugyfelek(ListChoice{});
+        screen = new Ugyfelek(db, ListChoice{});
     screen->newForCase(caseScreen, typedName, std::move(saved));
     return screen;
 }

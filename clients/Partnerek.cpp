@@ -64,7 +64,8 @@ Partnerek::Partnerek(platform::Database& db, QWidget* parent)
     m_ui->hivo->hide();
     m_ui->g5->setEnabled(false);
 
-    m_address = new AddressBlock(m_ui->orszag, m_ui->irsz, m_ui->hely, m_ui->helylista1, this);
+    m_address
+            = new AddressBlock(m_db, m_ui->orszag, m_ui->irsz, m_ui->hely, m_ui->helylista1, this);
     m_ui->orszag->clearEditText();
     m_form = new records::RecordForm(this, partnerFields(), partnerButtons(), m_ui->hivo);
     m_form->setLocked(true);
@@ -286,12 +287,12 @@ void Partnerek::closeEvent(QCloseEvent* event)
 
 void Partnerek::Tg1_Click()
 {
-    comm::telefonhiv(m_ui->tel1->text());
+    comm::telefonhiv(m_db, m_ui->tel1->text());
 }
 
 void Partnerek::Tg2_Click()
 {
-    comm::telefonhiv(m_ui->tel2->text());
+    comm::telefonhiv(m_db, m_ui->tel2->text());
 }
 
 void Partnerek::em1_Click()

@@ -66,12 +66,13 @@ const QString module = QStringLiteral("Ugyfelek");
 
 } // namespace
 
-Ugyfelek::Ugyfelek(const ListChoice& choice, QWidget* parent)
+Ugyfelek::Ugyfelek(platform::Database& db, const ListChoice& choice, QWidget* parent)
     : QWidget(parent)
     , m_ui(std::make_unique<Ui::Ugyfelek>())
     , m_ksorsz(choice.key)
     , m_search(choice.search)
-    , m_browse(Session::instance().database)
+    , m_db(db)
+    , m_browse(db)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -88,12 +89,13 @@ Ugyfelek::Ugyfelek(const ListChoice& choice, QWidget* parent)
     m_cegprivat->addButton(m_ui->g1);
     m_cegprivat->addButton(m_ui->g2);
 
-    m_address = new AddressBlock(m_ui->orszag, m_ui->irsz, m_ui->hely, m_ui->helylista1, this);
+    m_address
+            = new AddressBlock(m_db, m_ui->orszag, m_ui->irsz, m_ui->hely, m_ui->helylista1, this);
     m_ui->orszag->clearEditText();
     m_form = new records::RecordForm(this, clientFields(), clientButtons(), m_ui->hivo);
     // The client's name against every case's opponent, at each edit; the notice only informs.
-    m_nameCheck = new records::ConflictNotice(m_ui->nev1, [](const QString& name) {
-        return store::Conflicts(Session::instance().database).casesAgainst(name);
+    m_nameCheck = new records::ConflictNotice(m_ui->nev1, [this](const QString& name) {
+        return store::Conflicts(m_db).casesAgainst(name);
     });
     m_form->setLocked(true);
 
@@ -127,8 +129,7 @@ void Ugyfelek::Activate()
     {
         const QSignalBlocker blocker(m_ui->orszag);
         m_ui->orszag->clear();
-        m_ui->orszag->addItems(
-                store::Lookups(Session::instance().database, store::LookupList::Countries).names());
+        m_ui->orszag->addItems(store::Lookups(m_db, store::LookupList::Countries).names());
         m_ui->orszag->setCurrentIndex(-1);
         m_ui->orszag->setEditText(shown);
     }
@@ -140,11 +141,9 @@ void Ugyfelek::ugyffeltolt()
     m_browse.refresh();
     // The client is read from the table by its key, whether or not the list holds it.
     QString error;
-    const platform::Row row = store::Clients(Session::instance().database)
-                                      .find(store::Clients::key(m_ksorsz), &error);
+    const platform::Row row = store::Clients(m_db).find(store::Clients::key(m_ksorsz), &error);
     if (!error.isEmpty())
-        engineFailure(Session::instance().database.lastFailure(), error, module,
-                      QStringLiteral("ugyffeltolt"), this);
+        engineFailure(m_db.lastFailure(), error, module, QStringLiteral("ugyffeltolt"), this);
     if (row.isEmpty())
         return;
     m_ui->ukod->setText(row.text(QStringLiteral("ukod")));
@@ -194,7 +193,7 @@ QVariantMap Ugyfelek::columnValues(bool newClient)
 
 void Ugyfelek::g5_Click()
 {
-    store::Clients clients(Session::instance().database);
+    store::Clients clients(m_db);
     if (mode() == Mode::New || mode() == Mode::NewForCase) {
         const store::Written written = clients.add(columnValues(true));
         if (!reportWrite(written, module, QStringLiteral("g5"), this))
@@ -232,8 +231,8 @@ void Ugyfelek::g6_Click()
     if (uzenet(QStringLiteral("torol"), platform::Confirmation, this) != platform::AnswerYes)
         return;
     // Counting the client's cases and deleting happen in one write transaction.
-    const store::Written written = store::Clients(Session::instance().database)
-                                           .remove(store::Clients::key(m_ui->ukod->text()));
+    const store::Written written
+            = store::Clients(m_db).remove(store::Clients::key(m_ui->ukod->text()));
     if (written.result != store::Written::Gone
         && !reportWrite(written, module, QStringLiteral("g6"), this))
         return;
@@ -288,12 +287,12 @@ void Ugyfelek::newForCase(QWidget* caseScreen, const QString& typedName, ClientS
 
 void Ugyfelek::Tg1_Click()
 {
-    comm::telefonhiv(m_ui->tel1->text());
+    comm::telefonhiv(m_db, m_ui->tel1->text());
 }
 
 void Ugyfelek::Tg2_Click()
 {
-    comm::telefonhiv(m_ui->tel2->text());
+    comm::telefonhiv(m_db, m_ui->tel2->text());
 }
 
 void Ugyfelek::em1_Click()

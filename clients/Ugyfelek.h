@@ -39,7 +39,7 @@ public:
     // Receives the key and name of a client saved for the case screen.
     using ClientSaved = std::function<void(const QString& ukod, const QString& nev1)>;
 
-    explicit Ugyfelek(const ListChoice& choice, QWidget* parent = nullptr);
+    Ugyfelek(platform::Database& db, const ListChoice& choice, QWidget* parent = nullptr);
     ~Ugyfelek() override;
 
     // A new client for the case screen (mode "3"): shows this screen, starts a new client and
@@ -82,6 +82,7 @@ private:
     std::unique_ptr<Ui::Ugyfelek> m_ui;
     QString m_ksorsz;
     QPointer<QWidget> m_search;
+    platform::Database& m_db;
     platform::ListSource m_browse;
     AddressBlock* m_address = nullptr;
     QButtonGroup* m_cegprivat = nullptr;

@@ -41,10 +41,10 @@ QByteArray dialCommand(bool tone, const QString& prefix, const QString& number)
     return command.toLatin1();
 }
 
-void telefonhiv(const QString& number, std::chrono::milliseconds wait)
+void telefonhiv(platform::Database& db, const QString& number, std::chrono::milliseconds wait)
 {
     QString error;
-    const platform::Row settings = store::Parameters(Session::instance().database).read(&error);
+    const platform::Row settings = store::Parameters(db).read(&error);
     if (settings.isEmpty()) {
         logFailure(error.isEmpty() ? QStringLiteral("No current record.") : error);
         return;

@@ -4,6 +4,10 @@
 #include <QByteArray>
 #include <QString>
 
+namespace platform {
+class Database;
+}
+
 namespace comm {
 
 // The Hayes dial command: "ATD", "T" for tone or "P" for pulse dialling, the modem's dial
@@ -15,7 +19,7 @@ QByteArray dialCommand(bool tone, const QString& prefix, const QString& number);
 // pick up the handset ("telefon"), then closes the port, which makes the modem hang up.
 // Failures go to hiba.txt ("Telhivo", "telhivo") and nothing is shown for them.
 // The wait is five seconds; tests shorten it.
-void telefonhiv(const QString& number,
+void telefonhiv(platform::Database& db, const QString& number,
                 std::chrono::milliseconds wait = std::chrono::milliseconds(5000));
 
 } // namespace comm

@@ -110,7 +110,11 @@ private slots:
         m_folder = std::make_unique<testsupport::TestFolder>(true);
         QVERIFY(m_folder->open());
         Screens& screens = Session::instance().screens;
-        cases::install(screens, db(), clients::newClientForCase);
+        cases::install(
+                screens, db(),
+                [](QWidget* caseScreen, const QString& name, cases::CaseHandOffs::Saved saved) {
+                    clients::newClientForCase(db(), caseScreen, name, std::move(saved));
+                });
         m_lookups.clear();
         screens.addToLookupList = [this](const QString& hivo, QWidget*, auto closed) {
             m_lookups << hivo;

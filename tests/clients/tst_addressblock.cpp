@@ -2,6 +2,7 @@
 
 #include "clients/AddressBlock.h"
 #include "locale/Uzenet.h"
+#include "session/Session.h"
 
 #include <memory>
 #include <QComboBox>
@@ -20,7 +21,8 @@ struct Host
     QComboBox* country = new QComboBox;
     QLineEdit *code = new QLineEdit, *place = new QLineEdit, *after = new QLineEdit;
     QListWidget* list = new QListWidget(&window); // floats over the form
-    clients::AddressBlock* block = new clients::AddressBlock(country, code, place, list, &window);
+    clients::AddressBlock* block = new clients::AddressBlock(Session::instance().database, country,
+                                                             code, place, list, &window);
 
     Host()
     {

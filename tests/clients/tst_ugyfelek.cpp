@@ -84,7 +84,7 @@ private slots:
     {
         m_folder = std::make_unique<testsupport::TestFolder>(true);
         QVERIFY(m_folder->open());
-        clients::install(Session::instance().screens);
+        clients::install(Session::instance().screens, Session::instance().database);
         m_search.hide();
     }
     void cleanup()
@@ -325,10 +325,11 @@ private slots:
         // A stand-in for the case screen, which records the client it is handed.
         QWidget caseScreen;
         QString key, name;
-        Ugyfelek* s = clients::newClientForCase(&caseScreen, "Szabó Kft.", [&](auto k, auto n) {
-            QVERIFY(caseScreen.isVisible() && !screen()->isVisible());
-            key = k, name = n;
-        });
+        Ugyfelek* s
+                = clients::newClientForCase(db(), &caseScreen, "Szabó Kft.", [&](auto k, auto n) {
+                      QVERIFY(caseScreen.isVisible() && !screen()->isVisible());
+                      key = k, name = n;
+                  });
         s->Activate();
         QCOMPARE(button("g5")->text(), QString("Ment és Vissza"));
         click("g5");

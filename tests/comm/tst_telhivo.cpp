@@ -2,6 +2,7 @@
 
 #include "comm/Telhivo.h"
 #include "locale/Uzenet.h"
+#include "session/Session.h"
 
 #include <poll.h>
 #include <pty.h>
@@ -71,7 +72,7 @@ private slots:
         QVERIFY(folder.db().exec("update parameterek set modemport = ?, tonepulse = ?, elotag = ?",
                                  {port.isEmpty() ? modem.name : port, tonepulse, elotag}));
         testsupport::MessageRecorder boxes;
-        comm::telefonhiv(number, 0ms);
+        comm::telefonhiv(Session::instance().database, number, 0ms);
         QCOMPARE(modem.received(), sent);
         // A call asks the user to lift the handset; a failure writes one log line and no box.
         const bool failed = sent.isEmpty();

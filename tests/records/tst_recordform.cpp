@@ -37,7 +37,7 @@ using Opener = std::function<QWidget*(QWidget* caller)>;
 
 QWidget* openClient(QWidget* caller, const QString& key)
 {
-    clients::install(Session::instance().screens);
+    clients::install(Session::instance().screens, Session::instance().database);
     Session::instance().screens.showClient({key, store::Clients::list(), caller});
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* s = qobject_cast<clients::Ugyfelek*>(w); s && !s->isUnloading()) {

@@ -59,7 +59,8 @@ class tst_irszam : public QObject
         box->setEditText(country);
         auto* postal = new QLineEdit(&host);
         auto* place = new QLineEdit(&host);
-        clients::AddressBlock block(box, postal, place, new QListWidget(&host));
+        clients::AddressBlock block(Session::instance().database, box, postal, place,
+                                    new QListWidget(&host));
         postal->setText(code);
         block.irszbolhely();
         return place->text();
@@ -131,7 +132,8 @@ private slots:
             inGrid = inGrid || source->value(row, "Hely").toString() == "Neudorf am See";
         QVERIFY(inGrid);
         QCOMPARE(lookedUp("Ausztria", "9999"), QString("Neudorf am See"));
-        QCOMPARE(clients::irszhelybol("Ausztria", "Neudorf am See"), QString("9999"));
+        QCOMPARE(clients::irszhelybol(Session::instance().database, "Ausztria", "Neudorf am See"),
+                 QString("9999"));
     }
 
     // Deleting removes the row last activated, even when the highlight moved on afterwards, and

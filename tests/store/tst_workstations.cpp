@@ -193,7 +193,7 @@ private slots:
         std::unique_ptr<QWidget> shown;
         QWidget search;
         if (screen == "Ugyfelek") {
-            clients::install(Session::instance().screens);
+            clients::install(Session::instance().screens, Session::instance().database);
             Session::instance().screens.showClient({"300", store::Clients::list(), &search});
             for (QWidget* w : QApplication::topLevelWidgets())
                 if (w->objectName() == "Ugyfelek")
@@ -265,7 +265,7 @@ private slots:
     void aLockElsewhereIsWaitedForAndTold()
     {
         Session::instance().language = 3;
-        clients::install(Session::instance().screens);
+        clients::install(Session::instance().screens, Session::instance().database);
         QWidget search;
         Session::instance().screens.newClient({QString(), store::Clients::list(), &search});
         auto* screen = QApplication::topLevelWidgets().last();
