@@ -36,27 +36,8 @@ class tst_utkozesek : public QObject
     // The visible headings, then each row's visible values.
     static QList<QStringList> shown(utkozesek& w)
     {
-        while (w.forras().canReadMore())
-            w.forras().readMore();
-        const auto* grid = w.findChild<QTableView*>(QStringLiteral("DataGrid1"));
-        const QHeaderView* header = grid->horizontalHeader();
-        QList<int> columns;
-        QStringList headings;
-        for (int visual = 0; visual < header->count(); ++visual) {
-            const int c = header->logicalIndex(visual);
-            if (!grid->isColumnHidden(c)) {
-                columns << c;
-                headings << grid->model()->headerData(c, Qt::Horizontal).toString();
-            }
-        }
-        QList<QStringList> rows{headings};
-        for (int r = 0; r < w.forras().rowCount(); ++r) {
-            QStringList values;
-            for (const int c : columns)
-                values << w.forras().value(r, c).toString();
-            rows << values;
-        }
-        return rows;
+        return testsupport::gridShown(w.findChild<QTableView*>(QStringLiteral("DataGrid1")),
+                                      w.forras());
     }
 
 private slots:

@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 
 #include "platform/Display.h"
+#include "platform/ListSource.h"
 #include "session/Session.h"
 #include "store/Prepare.h"
 #include "store/Settings.h"
@@ -8,8 +9,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -180,6 +183,30 @@ QStringList MessageRecorder::texts() const
     for (const auto& m : m_shown)
         t << m.text;
     return t;
+}
+
+QList<QStringList> gridShown(const QTableView* grid, platform::ListSource& source)
+{
+    while (source.canReadMore())
+        source.readMore();
+    const QHeaderView* header = grid->horizontalHeader();
+    QList<int> columns;
+    QStringList headings;
+    for (int visual = 0; visual < header->count(); ++visual) {
+        const int c = header->logicalIndex(visual);
+        if (!grid->isColumnHidden(c)) {
+            columns << c;
+            headings << grid->model()->headerData(c, Qt::Horizontal).toString();
+        }
+    }
+    QList<QStringList> rows{headings};
+    for (int r = 0; r < source.rowCount(); ++r) {
+        QStringList values;
+        for (const int c : columns)
+            values << source.value(r, c).toString();
+        rows << values;
+    }
+    return rows;
 }
 
 } // namespace testsupport

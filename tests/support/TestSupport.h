@@ -5,7 +5,13 @@
 
 #include <deque>
 #include <QList>
+#include <QStringList>
 #include <QTemporaryDir>
+
+namespace platform {
+class ListSource;
+}
+class QTableView;
 
 namespace testsupport {
 
@@ -61,5 +67,9 @@ private:
     QList<platform::ShownMessage> m_shown;
     std::deque<int> m_answers;
 };
+
+// What a list grid shows, every page read: its visible headings left to right, then each
+// row's visible values.
+QList<QStringList> gridShown(const QTableView* grid, platform::ListSource& source);
 
 } // namespace testsupport
