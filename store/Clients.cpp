@@ -26,9 +26,7 @@ QVariantMap withSortKey(QVariantMap values)
 
 QVariant Clients::key(const QString& text)
 {
-    bool ok = false;
-    const qlonglong k = text.trimmed().toLongLong(&ok);
-    return ok ? QVariant(k) : QVariant();
+    return counterKey(text);
 }
 
 platform::Row Clients::find(const QVariant& ukod, QString* error) const
@@ -40,16 +38,7 @@ platform::Row Clients::find(const QVariant& ukod, QString* error) const
 
 Written Clients::add(const QVariantMap& values)
 {
-    platform::NewRow row(m_db, table, QStringLiteral("ukod"));
-    if (!row.isValid())
-        return Written::failed(m_db, row.error());
-    const QVariantMap all = withSortKey(values);
-    for (auto it = all.cbegin(); it != all.cend(); ++it)
-        row.set(it.key(), it.value());
-    QString error;
-    if (!row.update(&error))
-        return Written::failed(m_db, error);
-    return {Written::Stored, platform::Failure::None, QString(), row.key()};
+    return addRow(m_db, table, QStringLiteral("ukod"), withSortKey(values));
 }
 
 Written Clients::change(const QVariant& ukod, const QVariantMap& values)

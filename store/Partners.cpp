@@ -18,9 +18,7 @@ QVariantMap withNameKey(QVariantMap values)
 
 QVariant Partners::key(const QString& text)
 {
-    bool ok = false;
-    const qlonglong k = text.trimmed().toLongLong(&ok);
-    return ok ? QVariant(k) : QVariant();
+    return counterKey(text);
 }
 
 platform::Row Partners::find(const QVariant& pkod, QString* error) const
@@ -32,16 +30,7 @@ platform::Row Partners::find(const QVariant& pkod, QString* error) const
 
 Written Partners::add(const QVariantMap& values)
 {
-    platform::NewRow row(m_db, table, keyColumn);
-    if (!row.isValid())
-        return Written::failed(m_db, row.error());
-    const QVariantMap all = withNameKey(values);
-    for (auto it = all.cbegin(); it != all.cend(); ++it)
-        row.set(it.key(), it.value());
-    QString error;
-    if (!row.update(&error))
-        return Written::failed(m_db, error);
-    return {Written::Stored, platform::Failure::None, QString(), row.key()};
+    return addRow(m_db, table, keyColumn, withNameKey(values));
 }
 
 Written Partners::change(const QVariant& pkod, const QVariantMap& values)

@@ -2,6 +2,27 @@
 
 namespace store {
 
+QVariant counterKey(const QString& text)
+{
+    bool ok = false;
+    const qlonglong k = text.trimmed().toLongLong(&ok);
+    return ok ? QVariant(k) : QVariant();
+}
+
+Written addRow(platform::Database& db, const QString& table, const QString& keyColumn,
+               const QVariantMap& values)
+{
+    platform::NewRow row(db, table, keyColumn);
+    if (!row.isValid())
+        return Written::failed(db, row.error());
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        row.set(it.key(), it.value());
+    QString error;
+    if (!row.update(&error))
+        return Written::failed(db, error);
+    return {Written::Stored, platform::Failure::None, QString(), row.key()};
+}
+
 namespace {
 
 Written outcome(Written::Result result, const QVariant& key)

@@ -31,6 +31,13 @@ struct Written
     }
 };
 
+// A counter key typed as text (a client's ukod, a partner's pkod); none when it is not a number.
+QVariant counterKey(const QString& text);
+
+// Adds a row whose counter key the database gives; the stored key comes back in Written::key.
+Written addRow(platform::Database& db, const QString& table, const QString& keyColumn,
+               const QVariantMap& values);
+
 // Changes the row of that key in one write transaction: Gone when no such row is left.
 Written changeRow(platform::Database& db, const QString& table, const QString& keyColumn,
                   const QVariant& key, const QVariantMap& values);
