@@ -24,7 +24,7 @@ void showOnce(platform::Database& db, Screens& screens)
             return;
         }
     }
-    auto* screen = new Screen(db, screens, [] { return Session::instance().start(); });
+    auto* screen = new Screen(db, screens, [&db] { return Session::instance().start(db); });
     screen->show();
     screen->activateWindow();
 }

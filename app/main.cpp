@@ -7,6 +7,7 @@
 #include "search/Install.h"
 #include "session/Alap.h"
 #include "session/Session.h"
+#include "store/Catalogue.h"
 
 #include <cstdio>
 #include <QAbstractEventDispatcher>
@@ -52,25 +53,34 @@ int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Causora"));
-    Alap menu;
-    if (!menu.load())
+    // The one open database of the program; the start-up open fills it, and the screens that
+    // read or write the register are handed it.
+    platform::Database db;
+    const store::Catalogue catalogue(db);
+    Session::instance().catalogue = &catalogue;
+    Alap menu(db);
+    if (!menu.load()) {
+        Session::instance().catalogue = nullptr;
         return 1;
+    }
     // The screens of the subsystems plug into the session's hand-off points.
     Screens& screens = Session::instance().screens;
-    installCaptionEditor(&menu, Session::instance().database);
-    search::install(screens, Session::instance().database);
-    search::installConflicts(screens, Session::instance().database);
-    clients::install(screens, Session::instance().database);
-    reference::install(screens, Session::instance().database);
-    clients::installPartners(screens, Session::instance().database);
-    cases::install(screens, Session::instance().database,
-                   [](QWidget* caseScreen, const QString& name, cases::CaseHandOffs::Saved saved) {
-                       clients::newClientForCase(Session::instance().database, caseScreen, name,
-                                                 std::move(saved));
-                   });
-    admin::install(screens, Session::instance().database);
+    installCaptionEditor(&menu, db);
+    search::install(screens, db);
+    search::installConflicts(screens, db);
+    clients::install(screens, db);
+    reference::install(screens, db);
+    clients::installPartners(screens, db);
+    cases::install(
+            screens, db,
+            [&db](QWidget* caseScreen, const QString& name, cases::CaseHandOffs::Saved saved) {
+                clients::newClientForCase(db, caseScreen, name, std::move(saved));
+            });
+    admin::install(screens, db);
     if (qEnvironmentVariableIsSet("CAUSORA_EXIT_WHEN_READY"))
         new ReadyExit(&menu);
     menu.show();
-    return app.exec();
+    const int code = app.exec();
+    Session::instance().catalogue = nullptr;
+    return code;
 }

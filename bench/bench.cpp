@@ -25,6 +25,7 @@
 #include "search/keres.h"
 #include "session/Session.h"
 #include "store/Cases.h"
+#include "store/Catalogue.h"
 #include "store/Clients.h"
 #include "store/Conflicts.h"
 #include "store/DataLocation.h"
@@ -120,20 +121,32 @@ bool writeSettings(const QString& programFolder, const QString& dataFolder)
            && ini.write(store::settingsLine(dataFolder).toLocal8Bit()) >= 0;
 }
 
+platform::Database& db();
+
 // Opens the data folder the way the program does at start-up.
 bool openFolder(const QString& folder, const QTemporaryDir& program)
 {
     platform::setProgramFolder(program.path());
-    if (!writeSettings(program.path(), folder) || !Session::instance().start()) {
+    if (!writeSettings(program.path(), folder) || !Session::instance().start(db())) {
         err() << "the data folder did not open\n";
         return false;
     }
     return true;
 }
 
+// The benchmark's one open database, whose catalogue the session reads messages from.
 platform::Database& db()
 {
-    return Session::instance().database;
+    static platform::Database database;
+    static const store::Catalogue catalogue(database);
+    static const bool wired = [] {
+        Session::instance().catalogue = &catalogue;
+        // The connection must close while Qt SQL still exists, not at static destruction.
+        qAddPostRoutine([] { database.close(); });
+        return true;
+    }();
+    Q_UNUSED(wired);
+    return database;
 }
 
 // The case list as the search screen prints it.

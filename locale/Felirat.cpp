@@ -1,6 +1,7 @@
 #include "locale/Felirat.h"
 
 #include "session/Session.h"
+#include "store/Catalogue.h"
 
 #include <QAbstractButton>
 #include <QGroupBox>
@@ -66,9 +67,9 @@ void feliratoz(QWidget* screen)
     if (!screen)
         return;
     const Session& session = Session::instance();
-    const platform::Row row = session.database.first(
-            QStringLiteral("SELECT * FROM felirat WHERE felirkod = ? COLLATE HU"),
-            {captionKey(screen)});
+    if (!session.catalogue)
+        return;
+    const platform::Row row = session.catalogue->captions(captionKey(screen));
     if (row.isEmpty())
         return;
     const int lang = session.language;

@@ -1,31 +1,16 @@
 #include "locale/Uzenet.h"
 
 #include "session/Session.h"
+#include "store/Catalogue.h"
 #include "store/ErrorLog.h"
 #include "store/Prepare.h"
 
 QString uzenetszoveg(const QString& code)
 {
     const Session& session = Session::instance();
-    QString error;
-    const platform::Row row = session.database.first(
-            QStringLiteral("SELECT uzen1, uzen2, uzen3 FROM uzenetek WHERE uzenkod = ? COLLATE HU"),
-            {code}, &error);
-    // A file that cannot be read still gets its message across, from the program's own copy.
-    if (!error.isEmpty() || !session.database.isOpen())
+    if (!session.catalogue)
         return store::catalogueMessage(code, session.language);
-    if (row.isEmpty())
-        return code;
-    switch (session.language) {
-    case 1:
-        return row.text(QStringLiteral("uzen1"));
-    case 2:
-        return row.text(QStringLiteral("uzen2"));
-    case 3:
-        return row.text(QStringLiteral("uzen3"));
-    default:
-        return QString();
-    }
+    return session.catalogue->message(code, session.language);
 }
 
 int uzenet(const QString& code, int style, QWidget* parent)

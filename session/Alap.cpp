@@ -39,7 +39,8 @@ struct Placement
 
 } // namespace
 
-Alap::Alap(QWidget* parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::Alap>())
+Alap::Alap(platform::Database& db, QWidget* parent)
+    : QMainWindow(parent), m_ui(std::make_unique<Ui::Alap>()), m_db(db)
 {
     m_ui->setupUi(this);
     for (int i = 0; i < 3; ++i) {
@@ -74,7 +75,7 @@ Alap::Alap(QWidget* parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::Ala
     Screens& screens = Session::instance().screens;
     screens.showMainMenu = [this] { mutat(); };
     screens.showLogin = [this] {
-        Login login(Session::instance().database, this, this);
+        Login login(m_db, this, this);
         login.exec();
     };
 }
@@ -88,7 +89,7 @@ Alap::~Alap()
 
 bool Alap::load()
 {
-    if (!Session::instance().start())
+    if (!Session::instance().start(m_db))
         return false;
     const QLocale locale = QLocale::system();
     setPanelText(2, locale.toString(QDate::currentDate(), QLocale::ShortFormat));

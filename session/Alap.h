@@ -4,6 +4,10 @@
 #include <memory>
 #include <QMainWindow>
 
+namespace platform {
+class Database;
+}
+
 class QLabel;
 enum class Right;
 
@@ -18,7 +22,7 @@ class Alap : public QMainWindow
 {
     Q_OBJECT
 public:
-    explicit Alap(QWidget* parent = nullptr);
+    explicit Alap(platform::Database& db, QWidget* parent = nullptr);
     ~Alap() override;
 
     // The Load step. False when the database could not be opened and the program must end.
@@ -55,5 +59,6 @@ private:
     void felirShow();
 
     std::unique_ptr<Ui::Alap> m_ui;
+    platform::Database& m_db;
     QList<QLabel*> m_panels;
 };

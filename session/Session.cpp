@@ -2,24 +2,16 @@
 
 #include "store/DataLocation.h"
 
-#include <QCoreApplication>
-
 Session& Session::instance()
 {
     static Session session;
-    static const bool closesWithApplication = [] {
-        // The connection must close while Qt SQL still exists, not at static destruction.
-        qAddPostRoutine([] { session.database.close(); });
-        return true;
-    }();
-    Q_UNUSED(closesWithApplication);
     return session;
 }
 
-bool Session::start()
+bool Session::start(platform::Database& db)
 {
     store::StartValues values;
-    const bool opened = store::adatmegnyitas(database, &values);
+    const bool opened = store::adatmegnyitas(db, &values);
     userName.clear();
     dateFormat = QStringLiteral("yyyy.mm.dd");
     dataFilePath = values.dataFilePath;
@@ -37,7 +29,7 @@ bool Session::hasRight(int position) const
 
 void Session::reset()
 {
-    database.close();
+    catalogue = nullptr;
     userName.clear();
     rights = QStringLiteral("00000000000000000000");
     language = 1;

@@ -4,6 +4,7 @@
 #include "platform/Messages.h"
 #include "platform/StructureCheck.h"
 #include "store/Access.h"
+#include "store/Catalogue.h"
 #include "store/Credentials.h"
 #include "store/ErrorLog.h"
 #include "store/Prepare.h"
@@ -33,9 +34,7 @@ QString earlyMessage(const QString& dataFile, const QString& code)
     platform::Database db;
     if (!db.openForReading(dataFile, nullptr))
         return code;
-    const QVariant text = db.scalar(
-            QStringLiteral("SELECT uzen1 FROM uzenetek WHERE uzenkod = ? COLLATE HU"), {code});
-    return text.isNull() ? code : text.toString();
+    return Catalogue(db).message(code, 1);
 }
 
 // The look at the file's structure made at start-up stops after this long (a whole register

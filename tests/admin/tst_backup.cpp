@@ -52,7 +52,7 @@ class tst_backup : public QObject
     Screen* screen()
     {
         auto* s = new Screen(m_folder->db(), Session::instance().screens,
-                             [] { return Session::instance().start(); });
+                             [this] { return Session::instance().start(m_folder->db()); });
         s->show();
         return s;
     }
@@ -287,9 +287,9 @@ private slots:
         QFETCH(QString, button);
         QFETCH(QString, screen);
         QFETCH(bool, menuShown);
-        Alap menu;
+        Alap menu(testsupport::database());
         QVERIFY(menu.load());
-        admin::install(Session::instance().screens, Session::instance().database);
+        admin::install(Session::instance().screens, testsupport::database());
         menu.show();
         QString opened;
         bool menuVisible = false;

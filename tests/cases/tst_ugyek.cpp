@@ -39,7 +39,7 @@ class tst_ugyek : public QObject
     QStringList m_lookups;
     cases::CaseHandOffs::Closed m_lookupClosed;
 
-    static platform::Database& db() { return Session::instance().database; }
+    static platform::Database& db() { return testsupport::database(); }
     static platform::Row stored(const QString& number)
     {
         return db().first("select * from ugyek where ugyszam = ?", {number});
@@ -549,7 +549,7 @@ private slots:
     {
         platform::Database other;
         QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
-        keres search(Session::instance().database);
+        keres search(testsupport::database());
         search.setTipus("2");
         search.Activate();
         const int before = search.forras().rowCount();

@@ -21,8 +21,8 @@ struct Host
     QComboBox* country = new QComboBox;
     QLineEdit *code = new QLineEdit, *place = new QLineEdit, *after = new QLineEdit;
     QListWidget* list = new QListWidget(&window); // floats over the form
-    clients::AddressBlock* block = new clients::AddressBlock(Session::instance().database, country,
-                                                             code, place, list, &window);
+    clients::AddressBlock* block = new clients::AddressBlock(testsupport::database(), country, code,
+                                                             place, list, &window);
 
     Host()
     {

@@ -25,7 +25,7 @@ class tst_partnerek : public QObject
     Q_OBJECT
     std::unique_ptr<testsupport::TestFolder> m_folder;
 
-    static platform::Database& db() { return Session::instance().database; }
+    static platform::Database& db() { return testsupport::database(); }
     static qlonglong addPartner(const QString& name, const QString& place, const QString& phone)
     {
         const store::Written w = store::Partners(db()).add(
@@ -280,7 +280,7 @@ private slots:
     // it shows the menu again.
     void theMainMenuOpensItAndComesBack()
     {
-        Alap menu;
+        Alap menu(testsupport::database());
         QVERIFY(menu.load());
         menu.show();
         menu.findChild<QAbstractButton*>("g11")->click();

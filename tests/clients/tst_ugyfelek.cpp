@@ -27,7 +27,7 @@ class tst_ugyfelek : public QObject
     std::unique_ptr<testsupport::TestFolder> m_folder;
     QWidget m_search;
 
-    static platform::Database& db() { return Session::instance().database; }
+    static platform::Database& db() { return testsupport::database(); }
     static platform::Row stored(const QString& key)
     {
         return db().first("select * from ugyfelek where ukod = ?", {key.toLongLong()});
@@ -84,7 +84,7 @@ private slots:
     {
         m_folder = std::make_unique<testsupport::TestFolder>(true);
         QVERIFY(m_folder->open());
-        clients::install(Session::instance().screens, Session::instance().database);
+        clients::install(Session::instance().screens, testsupport::database());
         m_search.hide();
     }
     void cleanup()
@@ -99,7 +99,7 @@ private slots:
     // names the case and the client is stored all the same.
     void nameCheckedAgainstOpponents()
     {
-        QCOMPARE(store::Cases(Session::instance().database)
+        QCOMPARE(store::Cases(testsupport::database())
                          .add({{"ugyszam", "U-1"}, {"ellnev", "Zöldfa Bt."}})
                          .result,
                  store::Written::Stored);
@@ -111,8 +111,7 @@ private slots:
         type(field("nev1"), "né");
         QVERIFY(notice->isHidden());
         button("g5")->click();
-        QCOMPARE(Session::instance()
-                         .database
+        QCOMPARE(testsupport::database()
                          .scalar("SELECT count(*) FROM ugyfelek WHERE unev1egyezo = ?",
                                  {"kftne zoldfa"})
                          .toInt(),
@@ -277,7 +276,7 @@ private slots:
         QFETCH(bool, kept);
         QFETCH(bool, saved);
         Screens& screens = Session::instance().screens;
-        search::install(screens, Session::instance().database);
+        search::install(screens, testsupport::database());
         screens.showSearch("1");
         keres* search = nullptr;
         for (QWidget* w : QApplication::topLevelWidgets())

@@ -72,7 +72,7 @@ private slots:
         QVERIFY(folder.db().exec("update parameterek set modemport = ?, tonepulse = ?, elotag = ?",
                                  {port.isEmpty() ? modem.name : port, tonepulse, elotag}));
         testsupport::MessageRecorder boxes;
-        comm::telefonhiv(Session::instance().database, number, 0ms);
+        comm::telefonhiv(testsupport::database(), number, 0ms);
         QCOMPARE(modem.received(), sent);
         // A call asks the user to lift the handset; a failure writes one log line and no box.
         const bool failed = sent.isEmpty();

@@ -50,9 +50,9 @@ private slots:
     {
         m_folder = std::make_unique<testsupport::TestFolder>();
         QVERIFY(m_folder->open());
-        m_menu = std::make_unique<Alap>();
+        m_menu = std::make_unique<Alap>(testsupport::database());
         QVERIFY(m_menu->load());
-        installCaptionEditor(m_menu.get(), Session::instance().database);
+        installCaptionEditor(m_menu.get(), testsupport::database());
         m_menu->show();
         m_menu->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_menu.get()));

@@ -37,7 +37,7 @@ using Opener = std::function<QWidget*(QWidget* caller)>;
 
 QWidget* openClient(QWidget* caller, const QString& key)
 {
-    clients::install(Session::instance().screens, Session::instance().database);
+    clients::install(Session::instance().screens, testsupport::database());
     Session::instance().screens.showClient({key, store::Clients::list(), caller});
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* s = qobject_cast<clients::Ugyfelek*>(w); s && !s->isUnloading()) {
@@ -73,7 +73,7 @@ QWidget* shown(QWidget* screen)
 // The lookup-list editor on the case types, as the main menu opens it.
 QWidget* openLookupList(QWidget*)
 {
-    auto* screen = new reference::Egyebadat(Session::instance().database);
+    auto* screen = new reference::Egyebadat(testsupport::database());
     screen->setHivo("2");
     return shown(screen);
 }
@@ -91,7 +91,7 @@ void actOnLookupList(QWidget* screen, const QString& step)
 // The postal-code register with Hungary chosen.
 QWidget* openPostalCodes(QWidget*)
 {
-    auto* screen = shown(new reference::irszam(Session::instance().database));
+    auto* screen = shown(new reference::irszam(testsupport::database()));
     auto* countries = screen->findChild<QListWidget*>("orszlst");
     countries->setCurrentItem(countries->findItems("Magyarország", Qt::MatchExactly).first());
     emit countries->itemClicked(countries->currentItem());
@@ -112,7 +112,7 @@ void actOnPostalCodes(QWidget* screen, const QString& step)
 // The partner screen from the main menu, with the grid's first row chosen or none.
 QWidget* openPartner(bool chooseRow)
 {
-    clients::installPartners(Session::instance().screens, Session::instance().database);
+    clients::installPartners(Session::instance().screens, testsupport::database());
     Session::instance().screens.showPartners();
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* s = qobject_cast<clients::Partnerek*>(w); s && !s->isUnloading()) {
@@ -134,7 +134,7 @@ void actOnPartner(QWidget* screen, const QString& step)
 
 QWidget* openCase(QWidget* caller, const QString& number)
 {
-    cases::install(Session::instance().screens, Session::instance().database);
+    cases::install(Session::instance().screens, testsupport::database());
     Session::instance().screens.showCase({number, store::Cases::list(), caller});
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* s = qobject_cast<cases::Ugyek*>(w); s && !s->isUnloading()) {
@@ -159,7 +159,7 @@ void actOnCase(QWidget* screen, const QString& step)
 // The users editor, modal over the menu in the program, shown here with one user chosen.
 QWidget* openUsers(QWidget*)
 {
-    auto* screen = new admin::users(Session::instance().database);
+    auto* screen = new admin::users(testsupport::database());
     screen->show();
     auto* list = screen->findChild<QListWidget*>("adatlst");
     list->setCurrentItem(list->findItems("John Smith", Qt::MatchExactly).value(0));
@@ -440,8 +440,8 @@ private slots:
         // The change that follows stores the country shown, not one the box was turned to.
         button("g4")->click();
         button("g5")->click();
-        QCOMPARE(Session::instance()
-                         .database.scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
+        QCOMPARE(testsupport::database()
+                         .scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
                          .toString(),
                  before);
     }
@@ -456,7 +456,7 @@ private slots:
         platform::Database other;
         QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
         QVERIFY(store::Clients(other).remove(15).stored());
-        platform::Database& db = Session::instance().database;
+        platform::Database& db = testsupport::database();
         const platform::Rows before = db.select("SELECT * FROM ugyfelek ORDER BY ukod");
 
         testsupport::MessageRecorder boxes;

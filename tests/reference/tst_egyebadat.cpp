@@ -299,7 +299,7 @@ private slots:
     void menuOpensTheScreens()
     {
         QFETCH(QString, button);
-        Alap menu;
+        Alap menu(testsupport::database());
         QVERIFY(menu.load());
         reference::install(Session::instance().screens, db());
         menu.show();

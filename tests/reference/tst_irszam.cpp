@@ -59,7 +59,7 @@ class tst_irszam : public QObject
         box->setEditText(country);
         auto* postal = new QLineEdit(&host);
         auto* place = new QLineEdit(&host);
-        clients::AddressBlock block(Session::instance().database, box, postal, place,
+        clients::AddressBlock block(testsupport::database(), box, postal, place,
                                     new QListWidget(&host));
         postal->setText(code);
         block.irszbolhely();
@@ -132,7 +132,7 @@ private slots:
             inGrid = inGrid || source->value(row, "Hely").toString() == "Neudorf am See";
         QVERIFY(inGrid);
         QCOMPARE(lookedUp("Ausztria", "9999"), QString("Neudorf am See"));
-        QCOMPARE(clients::irszhelybol(Session::instance().database, "Ausztria", "Neudorf am See"),
+        QCOMPARE(clients::irszhelybol(testsupport::database(), "Ausztria", "Neudorf am See"),
                  QString("9999"));
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TestSupport.h"
 #include "platform/Database.h"
 #include "search/keres.h"
 #include "session/Session.h"
@@ -41,7 +42,7 @@ inline void addCase(platform::Database& db, const QString& number, qint64 client
 // A search screen in a mode ("1" clients, "2" cases), shown as the main menu shows it.
 struct Screen
 {
-    keres w{Session::instance().database};
+    keres w{testsupport::database()};
     explicit Screen(const QString& tipus)
     {
         w.setTipus(tipus);

@@ -251,7 +251,7 @@ private slots:
         const auto hand = [&](const ListChoice& c) { handed << c; };
         screens.showClient = screens.newClient = screens.showCase = screens.newCase = hand;
         if (command.isEmpty()) {
-            search::install(screens, Session::instance().database);
+            search::install(screens, testsupport::database());
             screens.showSearch(tipus);
             std::unique_ptr<keres> shown;
             for (QWidget* w : QApplication::topLevelWidgets())

@@ -23,7 +23,7 @@ private slots:
     {
         m_folder = std::make_unique<testsupport::TestFolder>();
         QVERIFY(m_folder->open());
-        m_menu = std::make_unique<Alap>();
+        m_menu = std::make_unique<Alap>(testsupport::database());
         QVERIFY(m_menu->load());
     }
     void cleanup()

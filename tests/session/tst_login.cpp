@@ -31,10 +31,10 @@ private slots:
         QVERIFY(m_folder->db().exec(
                 "INSERT INTO felhasznalo (felhnev, loginnev, jelszo, felhnyelv, felhjog, alapugyv) "
                 "VALUES ('Kerry O''Brien', 'O''BRIEN', 'kerry', 3, '11111111111111111111', '')"));
-        m_menu = std::make_unique<Alap>();
+        m_menu = std::make_unique<Alap>(testsupport::database());
         QVERIFY(m_menu->load());
         m_menu->show();
-        m_login = new Login(Session::instance().database, m_menu.get(), m_menu.get());
+        m_login = new Login(testsupport::database(), m_menu.get(), m_menu.get());
         m_login->show();
         m_login->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_login));

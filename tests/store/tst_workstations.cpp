@@ -152,7 +152,7 @@ private slots:
         QFETCH(QString, tipus);
         fill(5000, 2);
         OtherDesk other(m_folder->dataFile());
-        auto screen = std::make_unique<keres>(Session::instance().database);
+        auto screen = std::make_unique<keres>(testsupport::database());
         screen->setTipus(tipus);
         screen->show();
         auto* grid = screen->findChild<QTableView*>("DataGrid1");
@@ -176,7 +176,7 @@ private slots:
             screen.reset();
         }
         // The list read after the other desk's saves shows them.
-        keres again(Session::instance().database);
+        keres again(testsupport::database());
         again.setTipus("1");
         again.show();
         again.findChild<QLineEdit*>("ker1")->setText("Másik");
@@ -199,7 +199,7 @@ private slots:
         QFETCH(QString, screen);
         fill(600, 1);
         OtherDesk other(m_folder->dataFile());
-        platform::Database& db = Session::instance().database;
+        platform::Database& db = testsupport::database();
         std::unique_ptr<QWidget> shown;
         QWidget search;
         const QMap<QString, std::function<QWidget*()>> makers = {
@@ -294,7 +294,7 @@ private slots:
     void aLockElsewhereIsWaitedForAndTold()
     {
         Session::instance().language = 3;
-        clients::install(Session::instance().screens, Session::instance().database);
+        clients::install(Session::instance().screens, testsupport::database());
         QWidget search;
         Session::instance().screens.newClient({QString(), store::Clients::list(), &search});
         auto* screen = QApplication::topLevelWidgets().last();
@@ -396,7 +396,7 @@ private slots:
             messages.clear();
             QCOMPARE(engineFailure(w.failure, w.engineText, "teszt", "add"),
                      damaged ? QStringLiteral("serult") : QStringLiteral("csakolvas"));
-            Session::instance().database.close();
+            testsupport::database().close();
         }
         lock.reset();
         ::chmod(QFile::encodeName(folder).constData(), 0755);
@@ -408,7 +408,7 @@ private slots:
     // Damage the engine meets later, in a table the start-up look did not reach, stops writes.
     void damageMetLaterStopsWrites()
     {
-        Session::instance().database.close();
+        testsupport::database().close();
         damageTable(m_folder->dataFile(), "ugyek");
         const QByteArray before = testsupport::readFile(m_folder->dataFile());
         platform::Database db;

@@ -77,6 +77,8 @@ private:
     QPointer<QWidget> m_seen;
 };
 
+TestFolder* current = nullptr;
+
 } // namespace
 
 void installUnexpectedMessageHandler()
@@ -105,14 +107,20 @@ TestFolder::TestFolder(bool demo)
               && QFile::copy(source + QStringLiteral("/caujog.mdw"),
                              dataFolder() + QStringLiteral("/caujog.mdw"));
     Session::instance().reset();
+    Session::instance().catalogue = &m_catalogue;
+    current = this;
     platform::setProgramFolder(programFolder());
     installUnexpectedMessageHandler();
 }
 
 TestFolder::~TestFolder()
 {
-    Session::instance().reset();
-    platform::setProgramFolder(QString());
+    if (current == this) {
+        current = nullptr;
+        Session::instance().reset();
+        platform::setProgramFolder(QString());
+    }
+    m_db.close();
 }
 
 QString TestFolder::programFolder() const
@@ -134,12 +142,13 @@ bool TestFolder::open()
 {
     writeFile(programFolder() + QStringLiteral("/jog.ini"),
               store::settingsLine(dataFolder()).toLocal8Bit());
-    return Session::instance().start();
+    return Session::instance().start(m_db);
 }
 
-platform::Database& TestFolder::db()
+platform::Database& database()
 {
-    return Session::instance().database;
+    Q_ASSERT(current);
+    return current->db();
 }
 
 void writeFile(const QString& path, const QByteArray& bytes)

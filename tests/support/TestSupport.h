@@ -2,6 +2,7 @@
 
 #include "platform/Database.h"
 #include "platform/Messages.h"
+#include "store/Catalogue.h"
 
 #include <deque>
 #include <QList>
@@ -16,7 +17,8 @@ class QTableView;
 namespace testsupport {
 
 // A fresh data folder in its own temporary directory, prepared by the same code as
-// causora-prepare, beside a stand-in program folder that holds jog.ini and hiba.txt.
+// causora-prepare, beside a stand-in program folder that holds jog.ini and hiba.txt. It owns
+// the database the program would open, and the session reads its messages and captions.
 class TestFolder
 {
 public:
@@ -29,12 +31,18 @@ public:
     QString dataFile() const;
     // Writes jog.ini naming the data folder and runs the start-up open; true when it opened.
     bool open();
-    platform::Database& db();
+    platform::Database& db() { return m_db; }
 
 private:
     QTemporaryDir m_dir;
     bool m_valid = false;
+    platform::Database m_db;
+    store::Catalogue m_catalogue{m_db};
 };
+
+// The database of the test folder made last (the session's), for tests whose folder is out of
+// reach. Only valid while that folder exists.
+platform::Database& database();
 
 // Reports any message box that no test expected instead of waiting for a user, and fails the
 // test (closing the dialog) when a modal dialog stays up that no test drives.
