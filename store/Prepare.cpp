@@ -6,6 +6,7 @@
 #include "store/Schema.h"
 #include "version.h"
 
+#include <algorithm>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -156,13 +157,33 @@ QString catalogueMessage(const QString& code, int language)
 
 void addMissingCaptions(platform::Database& db)
 {
-    // A screen the office's file has no row for gets the program's row; rows the office has
-    // (and may have edited) are left as they are.
+    // A screen the office's file has no row for gets the program's row. In a row the office has
+    // (and may have edited), only a control with no caption in any language (one newer than the
+    // file, such as a later button) gets the program's three texts; every text there is kept.
     for (const QVariantMap& row : catalogueCaptions(nullptr)) {
-        if (db.first(QStringLiteral("SELECT felirkod FROM felirat WHERE felirkod = ? COLLATE HU"),
-                     {row.value(QStringLiteral("felirkod"))})
-                    .isEmpty())
+        const QVariant key = row.value(QStringLiteral("felirkod"));
+        const platform::Row existing = db.first(
+                QStringLiteral("SELECT * FROM felirat WHERE felirkod = ? COLLATE HU"), {key});
+        if (existing.isEmpty()) {
             db.insert(QStringLiteral("felirat"), row);
+            continue;
+        }
+        QVariantMap missing;
+        for (auto it = row.cbegin(); it != row.cend(); ++it) {
+            if (!it.key().startsWith(u'1'))
+                continue;
+            const QString control = it.key().mid(1);
+            const QStringList cells = {it.key(), u'2' + control, u'3' + control};
+            if (std::all_of(cells.cbegin(), cells.cend(), [&](const QString& cell) {
+                    return existing.contains(cell) && existing.isNull(cell);
+                })) {
+                for (const QString& cell : cells)
+                    missing.insert(cell, row.value(cell));
+            }
+        }
+        if (!missing.isEmpty())
+            db.update(QStringLiteral("felirat"), missing, QStringLiteral("felirkod = ? COLLATE HU"),
+                      {key});
     }
 }
 

@@ -55,6 +55,10 @@ bool makeOldLayout(platform::Database& db, QString* error)
                                 "COLLATE NOCASE")
                             .arg(lang)
                             .arg(n);
+        // The search screen had no export button.
+        s << QStringLiteral("UPDATE felirat SET [%1g6] = NULL WHERE felirkod IN ('keres', "
+                            "'keres2')")
+                        .arg(lang);
     }
     s << QStringLiteral("DELETE FROM uzenetek WHERE uzenkod = 'hibasadat'");
     for (const QString& statement : s) {

@@ -326,9 +326,8 @@ void adatfrissites(platform::Database& db)
     // Names' match keys for the conflict check, for files older than the check and rows other
     // tools wrote without them.
     updateNameKeys(db);
-    // Messages and screens added to the catalogue since the file was made.
+    // Messages added to the catalogue since the file was made.
     addMissingMessages(db);
-    addMissingCaptions(db);
 
     // 7. and 8. Hungarian captions of newer labels.
     fillCaptions(db, QStringLiteral("ugyek"),
@@ -342,6 +341,9 @@ void adatfrissites(platform::Database& db)
                  {{QStringLiteral("1sz17"), QStringLiteral("Partnerek:")},
                   {QStringLiteral("1sz18"), QStringLiteral("Mentés:")},
                   {QStringLiteral("1sz19"), QStringLiteral("Hozzárendelt ügyvéd:")}});
+    // Screens and controls added since the file was made; after the labels above, which newer
+    // files carry in Hungarian only.
+    addMissingCaptions(db);
 }
 
 } // namespace store
