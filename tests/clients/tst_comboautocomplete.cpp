@@ -6,6 +6,17 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+// Types as a user would: the first letter opens the list, which then has the keyboard. \b is
+// Backspace.
+static void type(QComboBox* box, const QString& typed)
+{
+    for (const QChar c : typed) {
+        QWidget* target = box->view()->isVisible() ? box->view() : static_cast<QWidget*>(box);
+        const Qt::Key key = c == u'\b' ? Qt::Key_Backspace : Qt::Key(c.toUpper().unicode());
+        QTest::sendKeyEvent(QTest::Click, target, key, QString(c), {});
+    }
+}
+
 class tst_comboautocomplete : public QObject
 {
     Q_OBJECT
@@ -13,30 +24,23 @@ private slots:
     void completesTheTypedPrefix_data()
     {
         QTest::addColumn<QStringList>("entries");
-        QTest::addColumn<QString>("typed"); // \b is Backspace
+        QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("selected");
         QTest::addColumn<int>("found");
+        const auto row = [](const char* name, const QStringList& entries, const char* typed,
+                            const char* shown, const char* selected, int found) {
+            QTest::newRow(name) << entries << QString(typed) << QString(shown) << QString(selected)
+                                << found;
+        };
         const QStringList countries{"Ausztria", "Magyarország", "Németország", "Ábel-sziget"};
         const QStringList britain{"Nagy-Britannia"};
-        QTest::newRow("first letter") << britain << "n"
-                                      << "Nagy-Britannia"
-                                      << "agy-Britannia" << 0;
-        QTest::newRow("next letter") << britain << "na"
-                                     << "Nagy-Britannia"
-                                     << "gy-Britannia" << 0;
-        QTest::newRow("accents count") << countries << "á"
-                                       << "Ábel-sziget"
-                                       << "bel-sziget" << 3;
-        QTest::newRow("no match keeps the typed text") << countries << "nx"
-                                                       << "Nx"
-                                                       << "" << -1;
-        QTest::newRow("backspace is not completed") << QStringList{"Németország"} << "n\b"
-                                                    << "N"
-                                                    << "" << 0;
-        QTest::newRow("apostrophe") << QStringList{"Côte d'Ivoire"} << "côte d"
-                                    << "Côte d'Ivoire"
-                                    << "'Ivoire" << 0;
+        row("first letter", britain, "n", "Nagy-Britannia", "agy-Britannia", 0);
+        row("next letter", britain, "na", "Nagy-Britannia", "gy-Britannia", 0);
+        row("accents count", countries, "á", "Ábel-sziget", "bel-sziget", 3);
+        row("no match keeps the typed text", countries, "nx", "Nx", "", -1);
+        row("backspace is not completed", {"Németország"}, "n\b", "N", "", 0);
+        row("apostrophe", {"Côte d'Ivoire"}, "côte d", "Côte d'Ivoire", "'Ivoire", 0);
     }
     void completesTheTypedPrefix()
     {
@@ -48,12 +52,7 @@ private slots:
         box.clearEditText();
         box.show();
         QVERIFY(!box.view()->isVisible());
-        // Types as a user would: the first letter opens the list, which then has the keyboard.
-        for (const QChar c : typed) {
-            QWidget* target = box.view()->isVisible() ? box.view() : static_cast<QWidget*>(&box);
-            const Qt::Key key = c == u'\b' ? Qt::Key_Backspace : Qt::Key(c.toUpper().unicode());
-            QTest::sendKeyEvent(QTest::Click, target, key, QString(c), {});
-        }
+        type(&box, typed);
         QVERIFY(box.view()->isVisible());
         QTEST(box.currentText(), "shown");
         QTEST(box.lineEdit()->selectedText(), "selected");
@@ -107,11 +106,7 @@ private slots:
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         box->setFocus();
-        for (const QChar c : typed) {
-            QWidget* target = box->view()->isVisible() ? box->view() : static_cast<QWidget*>(box);
-            QTest::sendKeyEvent(QTest::Click, target, Qt::Key(c.toUpper().unicode()), QString(c),
-                                {});
-        }
+        type(box, typed);
         QVERIFY(box->view()->isVisible());
         for (int i = 0; i < downs; ++i)
             QTest::keyClick(box->view(), Qt::Key_Down);
