@@ -99,10 +99,7 @@ private slots:
     // names the case and the client is stored all the same.
     void nameCheckedAgainstOpponents()
     {
-        QCOMPARE(store::Cases(testsupport::database())
-                         .add({{"ugyszam", "U-1"}, {"ellnev", "Zöldfa Bt."}})
-                         .result,
-                 store::Written::Stored);
+        QVERIFY(store::Cases(db()).add({{"ugyszam", "U-1"}, {"ellnev", "Zöldfa Bt."}}).stored());
         open();
         type(field("nev1"), "ZOLDFA KFT");
         auto* notice = screen()->findChild<QLabel*>("nev1utkozes");
@@ -111,9 +108,7 @@ private slots:
         type(field("nev1"), "né");
         QVERIFY(notice->isHidden());
         button("g5")->click();
-        QCOMPARE(testsupport::database()
-                         .scalar("SELECT count(*) FROM ugyfelek WHERE unev1egyezo = ?",
-                                 {"kftne zoldfa"})
+        QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek WHERE unev1egyezo = 'kftne zoldfa'")
                          .toInt(),
                  1);
     }
@@ -149,7 +144,6 @@ private slots:
         QTEST(row.isNull("ucegprivat") ? QVariant() : QVariant(row.value("ucegprivat").toInt()),
               "storedOption");
         // The fields still take typing after the save, but closing asks nothing and saves nothing.
-        QVERIFY(!field("nev1")->isReadOnly());
         type(field("nev1"), " elveszik");
         testsupport::MessageRecorder boxes;
         click("g7");
@@ -189,9 +183,9 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("answer");
         QTest::addColumn<QStringList>("messages");
-        QTest::newRow("with a case")
-                << "3" << int(platform::AnswerYes) << QStringList{"torol", "nemtorol"};
-        QTest::newRow("not confirmed") << "15" << int(platform::AnswerNo) << QStringList{"torol"};
+        const int yes = platform::AnswerYes, no = platform::AnswerNo;
+        QTest::newRow("with a case") << "3" << yes << QStringList{"torol", "nemtorol"};
+        QTest::newRow("not confirmed") << "15" << no << QStringList{"torol"};
     }
     void deleteKeepsAClientWithCasesOrUnconfirmed()
     {
@@ -206,43 +200,6 @@ private slots:
         QCOMPARE(boxes.texts(), texts(messages));
         QCOMPARE(clientsExcept({}), all);
     }
-    void closingWithAnEntryAsks()
-    {
-        const QStringList all = clientsExcept({});
-        open();
-        type(field("nev1"), "Nem mentett");
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerNo);
-        boxes.answer(platform::AnswerYes);
-        click("g7"); // No keeps the entry
-        QCOMPARE(field("nev1")->text(), QString("Nem mentett"));
-        click("g7"); // Yes closes without saving
-        QCOMPARE(boxes.texts(), texts({"ments", "ments"}));
-        QVERIFY(!screen() && m_search.isVisible());
-        QCOMPARE(clientsExcept({}), all);
-    }
-    void refusedWithoutTheRight_data()
-    {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<int>("position");
-        QTest::newRow("new") << "g3" << 8;
-        QTest::newRow("change") << "g4" << 10;
-        QTest::newRow("delete") << "g6" << 9;
-    }
-    void refusedWithoutTheRight()
-    {
-        QFETCH(QString, command);
-        QFETCH(int, position);
-        open("15");
-        Session::instance().rights = QString(20, u'1').replace(position - 1, 1, u'0');
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
-        click(command.toLatin1());
-        QCOMPARE(boxes.texts(), texts({"nincsjog"}));
-        QCOMPARE(field("nev1")->text(), QString("Farkas Mária"));
-        QVERIFY(field("nev1")->isReadOnly() && !button("g5")->isEnabled());
-        QVERIFY(!stored("15").isEmpty());
-    }
     void activatingKeepsEachCountryOnce()
     {
         open("16");
@@ -252,29 +209,22 @@ private slots:
         QCOMPARE(orszag()->count(), db().scalar("select count(*) from orszagok").toInt());
         QCOMPARE(orszag()->currentText(), QString("Ausztria"));
     }
-    // Back on the search screen with an entry in progress, choosing another row or Új, or
-    // opening the search screen anew from the menu, asks "ments" ("close without saving?")
-    // first. No keeps the entry on screen; Yes drops it, as Bezár does.
-    void theSearchScreenAsksBeforeAnEntryGoes_data()
+    // With an entry in progress, choosing another row or Új on the search screen, opening the
+    // search screen anew from the menu, or Bezár asks "ments" ("close without saving?") first.
+    // No keeps the entry on screen; Yes drops it and saves nothing.
+    void anEntryIsAskedAboutBeforeItGoes_data()
     {
         QTest::addColumn<QString>("gesture");
         QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("kept");
-        QTest::addColumn<bool>("saved");
-        const int yes = platform::AnswerYes, no = platform::AnswerNo;
-        QTest::newRow("another row, No") << "row" << no << true << false;
-        QTest::newRow("another row, Yes drops") << "row" << yes << false << false;
-        QTest::newRow("new client, No") << "new" << no << true << false;
-        QTest::newRow("new client, Yes drops") << "new" << yes << false << false;
-        QTest::newRow("search opened anew, No") << "reopen" << no << true << false;
-        QTest::newRow("search opened anew, Yes drops") << "reopen" << yes << false << false;
+        for (const char* gesture : {"row", "new", "reopen", "close"}) {
+            QTest::addRow("%s, No keeps", gesture) << gesture << int(platform::AnswerNo);
+            QTest::addRow("%s, Yes drops", gesture) << gesture << int(platform::AnswerYes);
+        }
     }
-    void theSearchScreenAsksBeforeAnEntryGoes()
+    void anEntryIsAskedAboutBeforeItGoes()
     {
         QFETCH(QString, gesture);
         QFETCH(int, answer);
-        QFETCH(bool, kept);
-        QFETCH(bool, saved);
         Screens& screens = Session::instance().screens;
         search::install(screens, testsupport::database());
         screens.showSearch("1");
@@ -292,6 +242,7 @@ private slots:
         choose("Farkas");
         Ugyfelek* first = screen();
         QVERIFY(first);
+        const QStringList all = clientsExcept({});
         click("g4");
         type(field("nev2"), "Második sor");
 
@@ -301,28 +252,31 @@ private slots:
             choose("Huber");
         } else if (gesture == "new") {
             QTest::mouseClick(search->findChild<QPushButton*>("g1"), Qt::LeftButton);
+        } else if (gesture == "close") {
+            click("g7");
         } else {
             search->close();
             screens.showSearch("2");
         }
         QCOMPARE(boxes.texts(), texts({"ments"}));
-        QCOMPARE(stored("15").text("unev2"), saved ? QString("Második sor") : QString());
+        QCOMPARE(clientsExcept({}), all);
         QVERIFY(search->isVisible());
-        if (kept) {
+        if (answer == platform::AnswerNo) {
             QCOMPARE(screen(), first);
             QCOMPARE(field("nev2")->text(), QString("Második sor"));
             QVERIFY(button("g5")->isEnabled());
-        } else if (gesture == "reopen") {
+        } else if (gesture == "reopen" || gesture == "close") {
             QVERIFY(!screen());
         } else {
             QVERIFY(screen() && screen() != first);
             QCOMPARE(field("nev1")->text(), gesture == "row" ? QString("Huber GmbH") : QString());
         }
     }
+    // Opened by the case screen, the screen saves with "Ment és Vissza" and hands the new
+    // client back to the case screen, which is shown again while this one is only hidden.
     void newClientForTheCaseScreen()
     {
-        // A stand-in for the case screen, which records the client it is handed.
-        QWidget caseScreen;
+        QWidget caseScreen; // a stand-in for the case screen
         QString key, name;
         Ugyfelek* s
                 = clients::newClientForCase(db(), &caseScreen, "Szabó Kft.", [&](auto k, auto n) {
@@ -334,7 +288,7 @@ private slots:
         click("g5");
         QCOMPARE(name, QString("Szabó Kft."));
         QCOMPARE(stored(key).text("unev1"), name);
-        QCOMPARE(screen(), s); // only hidden
+        QCOMPARE(screen(), s);
     }
 };
 

@@ -1,5 +1,6 @@
 // The record-screen edit model, run over each record screen: which commands are open and which
-// fields locked after each step, locked choice boxes, and saves that find their row gone.
+// fields locked after each step, the rights gates, locked choice boxes, and saves that find their
+// row gone.
 #include "TestSupport.h"
 
 #include "admin/users.h"
@@ -13,6 +14,7 @@
 #include "platform/LockedCombo.h"
 #include "reference/Egyebadat.h"
 #include "reference/irszam.h"
+#include "session/Jog.h"
 #include "session/Session.h"
 #include "store/Cases.h"
 #include "store/Clients.h"
@@ -35,33 +37,40 @@ namespace {
 // A record screen opened on a record, as its caller opens it.
 using Opener = std::function<QWidget*(QWidget* caller)>;
 
-QWidget* openClient(QWidget* caller, const QString& key)
+// The record screen of type T that its hand-off has just shown, activated as on showing.
+template<class T>
+T* activated()
 {
-    clients::install(Session::instance().screens, testsupport::database());
-    Session::instance().screens.showClient({key, store::Clients::list(), caller});
     for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* s = qobject_cast<clients::Ugyfelek*>(w); s && !s->isUnloading()) {
+        if (auto* s = qobject_cast<T*>(w); s && !s->isUnloading()) {
             s->Activate();
             return s;
         }
     return nullptr;
 }
 
-// A record screen under test: how it is opened, the command buttons whose states the rows
-// give, the steps that are not a button ("pick": the user chooses a row or an entry), what is
-// typed before a save, and the mode it shows (its hivo field unless told otherwise).
-struct ScreenUnderTest
+QWidget* openClient(QWidget* caller, const QString& key)
 {
-    Opener open;
-    QStringList buttons{"g3", "g4", "g5", "g6", "g7"};
-    std::function<void(QWidget*, const QString& step)> act;
-    std::function<QString(QWidget*)> mode;
-};
+    clients::install(Session::instance().screens, testsupport::database());
+    Session::instance().screens.showClient({key, store::Clients::list(), caller});
+    return activated<clients::Ugyfelek>();
+}
 
 QString hivoOf(QWidget* screen)
 {
     return screen->findChild<QLineEdit*>("hivo")->text();
 }
+
+// A record screen under test: how it is opened, the steps that are not a button ("pick": the
+// user chooses a row or an entry) and what is typed before a save, the command buttons whose
+// states the rows give, and the mode it shows (its hivo field unless told otherwise).
+struct ScreenUnderTest
+{
+    Opener open;
+    std::function<void(QWidget*, const QString& step)> act;
+    QStringList buttons{"g3", "g4", "g5", "g6", "g7"};
+    std::function<QString(QWidget*)> mode = hivoOf;
+};
 
 QWidget* shown(QWidget* screen)
 {
@@ -114,17 +123,14 @@ QWidget* openPartner(bool chooseRow)
 {
     clients::installPartners(Session::instance().screens, testsupport::database());
     Session::instance().screens.showPartners();
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* s = qobject_cast<clients::Partnerek*>(w); s && !s->isUnloading()) {
-            s->Activate();
-            if (chooseRow)
-                QTest::keyClick(s->findChild<QTableView*>("DataGrid2"), Qt::Key_Return);
-            return s;
-        }
-    return nullptr;
+    clients::Partnerek* screen = activated<clients::Partnerek>();
+    if (screen && chooseRow)
+        QTest::keyClick(screen->findChild<QTableView*>("DataGrid2"), Qt::Key_Return);
+    return screen;
 }
 
-void actOnPartner(QWidget* screen, const QString& step)
+// The client and partner screens need a name to save; the partner's grid takes Enter on a row.
+void actOnNamedRecord(QWidget* screen, const QString& step)
 {
     if (step == "g5")
         screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
@@ -136,12 +142,7 @@ QWidget* openCase(QWidget* caller, const QString& number)
 {
     cases::install(Session::instance().screens, testsupport::database());
     Session::instance().screens.showCase({number, store::Cases::list(), caller});
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* s = qobject_cast<cases::Ugyek*>(w); s && !s->isUnloading()) {
-            s->Activate();
-            return s;
-        }
-    return nullptr;
+    return activated<cases::Ugyek>();
 }
 
 // What a case needs to be saved: a number (when it may be typed), a client, a type, a lawyer.
@@ -166,50 +167,43 @@ QWidget* openUsers(QWidget*)
     return screen;
 }
 
+void actOnUsers(QWidget* screen, const QString& step)
+{
+    if (step == "g3")
+        screen->findChild<QLineEdit*>("felhnev")->setText("Mentett Név");
+}
+
 const QMap<QString, ScreenUnderTest>& screens()
 {
     static const QMap<QString, ScreenUnderTest> map = {
             {"Ugyfelek",
-             {[](QWidget* caller) { return openClient(caller, "15"); },
-              {"g3", "g4", "g5", "g6", "g7"},
-              [](QWidget* screen, const QString& step) {
-                  if (step == "g5")
-                      screen->findChild<QLineEdit*>("nev1")->setText("Mentett Név");
-              },
-              hivoOf}},
-            {"Ugyek",
-             {[](QWidget* caller) { return openCase(caller, "2019/123"); },
-              {"g3", "g4", "g5", "g6", "g7"},
-              actOnCase,
-              hivoOf}},
-            {"users",
-             {openUsers,
-              {"g1", "g2", "g3", "g4", "g5"},
-              [](QWidget* screen, const QString& step) {
-                  if (step == "g3")
-                      screen->findChild<QLineEdit*>("felhnev")->setText("Mentett Név");
-              },
-              hivoOf}},
-            {"Egyebadat", {openLookupList, {"g1", "g2", "g4", "g5"}, actOnLookupList, hivoOf}},
+             {[](QWidget* caller) { return openClient(caller, "15"); }, actOnNamedRecord}},
+            {"Ugyek", {[](QWidget* caller) { return openCase(caller, "2019/123"); }, actOnCase}},
+            {"users", {openUsers, actOnUsers, {"g1", "g2", "g3", "g4", "g5"}}},
+            {"Egyebadat", {openLookupList, actOnLookupList, {"g1", "g2", "g4", "g5"}}},
             {"irszam",
              {openPostalCodes,
-              {"g1", "g2", "g3", "g4"},
               actOnPostalCodes,
+              {"g1", "g2", "g3", "g4"},
               [](QWidget* screen) {
                   return QString::number(qobject_cast<reference::irszam*>(screen)->mode());
               }}},
-            {"Partnerek",
-             {[](QWidget*) { return openPartner(true); },
-              {"g3", "g4", "g5", "g6", "g7"},
-              actOnPartner,
-              hivoOf}},
+            {"Partnerek", {[](QWidget*) { return openPartner(true); }, actOnNamedRecord}},
             {"Partnerek, none shown",
-             {[](QWidget*) { return openPartner(false); },
-              {"g3", "g4", "g5", "g6", "g7"},
-              actOnPartner,
-              hivoOf}},
+             {[](QWidget*) { return openPartner(false); }, actOnNamedRecord}},
     };
     return map;
+}
+
+// Every value of every row of a table, to see that a command changed nothing in it.
+QVariantList rowsOf(const QString& table)
+{
+    QVariantList values;
+    for (const platform::Row& row :
+         testsupport::database().select("SELECT * FROM " + table + " ORDER BY 1"))
+        for (int i = 0; i < row.count(); ++i)
+            values << row.value(i);
+    return values;
 }
 
 // Locked: a text field read-only, a choice box taking no change, any other field disabled.
@@ -261,9 +255,9 @@ private slots:
     }
 
     // Each row: a screen, the commands pressed in turn ("row" is Enter on the screen's grid; a
-    // Yes answers every question; "g5:asis" saves the entry
-    // as it stands, without filling what a save needs), and what is open, what is locked and what
-    // hivo says afterwards. Later screens add rows.
+    // Yes answers every question; "g5:asis" saves the entry as it stands, without filling what a
+    // save needs), and what is open, what is locked and what hivo says afterwards. Later screens
+    // add rows.
     void stateTable_data()
     {
         QTest::addColumn<QString>("screen");
@@ -272,45 +266,41 @@ private slots:
         QTest::addColumn<QStringList>("locked");
         QTest::addColumn<QStringList>("open");
         QTest::addColumn<QString>("hivo");
-        const QStringList clientFields{"nev1", "orszag", "irsz", "cegszam"};
-        QTest::newRow("client shown") << "Ugyfelek" << QStringList{} << "g3 g4 g6 g7"
-                                      << clientFields << QStringList{"g1", "g2"} << "";
-        QTest::newRow("client new") << "Ugyfelek" << QStringList{"g3"} << "g5 g7" << QStringList{}
-                                    << clientFields << "1";
-        QTest::newRow("client change") << "Ugyfelek" << QStringList{"g4"} << "g5 g7"
-                                       << QStringList{} << clientFields << "2";
+        // A screen's rows: its fields all open or all locked, but those in `except`, which are
+        // the other way.
+        const auto rows = [](const QString& screen, const QStringList& fields) {
+            return [=](const char* name, const QStringList& steps, const char* enabled, bool open,
+                       const char* hivo, const QStringList& except = {}) {
+                QStringList rest = fields;
+                for (const QString& e : except)
+                    rest.removeAll(e);
+                QTest::newRow(name) << screen << steps << QString(enabled) << (open ? except : rest)
+                                    << (open ? rest : except) << hivo;
+            };
+        };
+        const auto client = rows("Ugyfelek", {"nev1", "orszag", "irsz", "cegszam"});
+        client("client shown", {}, "g3 g4 g6 g7", false, "", {"g1", "g2"});
+        client("client new", {"g3"}, "g5 g7", true, "1");
+        client("client change", {"g4"}, "g5 g7", true, "2");
         // A client stays open for typing after its save; nothing is saved until new or change.
-        QTest::newRow("client saved") << "Ugyfelek" << QStringList{"g4", "g5"} << "g3 g4 g6 g7"
-                                      << QStringList{} << clientFields << "2";
-        QTest::newRow("new client saved") << "Ugyfelek" << QStringList{"g3", "g5"} << "g3 g4 g6 g7"
-                                          << QStringList{} << clientFields << "1";
-        QTest::newRow("client deleted") << "Ugyfelek" << QStringList{"g6"} << "g3 g4 g6 g7"
-                                        << clientFields << QStringList{} << "";
-        QTest::newRow("close refused") << "Ugyfelek" << QStringList{"g3", "g7:No"} << "g5 g7"
-                                       << QStringList{} << clientFields << "1";
+        client("client saved", {"g4", "g5"}, "g3 g4 g6 g7", true, "2");
+        client("new client saved", {"g3", "g5"}, "g3 g4 g6 g7", true, "1");
+        client("client deleted", {"g6"}, "g3 g4 g6 g7", false, "");
+        client("close refused", {"g3", "g7:No"}, "g5 g7", true, "1");
 
         // The lookup-list editor: hivo names the list; the entry field is always open, and
         // adding and deleting leave the buttons as they were.
-        const QStringList entry{"ujadat"};
-        const auto lookup = [&](const char* name, const QStringList& steps, const char* enabled) {
-            QTest::newRow(name) << "Egyebadat" << steps << enabled << QStringList{} << entry << "2";
-        };
-        lookup("list shown", {}, "g1");
-        lookup("list entry chosen", {"pick"}, "g2 g4");
-        lookup("list renaming", {"pick", "g4"}, "g5");
-        lookup("list renamed", {"pick", "g4", "g5"}, "g1");
-        lookup("list deleted", {"pick", "g2"}, "g2 g4");
-        lookup("list close refused", {"pick", "g4", "g3:No"}, "g5");
+        const auto lookup = rows("Egyebadat", {"ujadat"});
+        lookup("list shown", {}, "g1", true, "2");
+        lookup("list entry chosen", {"pick"}, "g2 g4", true, "2");
+        lookup("list renaming", {"pick", "g4"}, "g5", true, "2");
+        lookup("list renamed", {"pick", "g4", "g5"}, "g1", true, "2");
+        lookup("list deleted", {"pick", "g2"}, "g2 g4", true, "2");
+        lookup("list close refused", {"pick", "g4", "g3:No"}, "g5", true, "2");
 
         // The postal codes: the mode 0, 1 (new row) or 2 (change) in place of hivo. A saved row
         // leaves the fields open and the mode as it was.
-        const QStringList codeFields{"irsz", "hely"};
-        const auto codes = [&](const char* name, const QStringList& steps, const char* enabled,
-                               bool open, const char* mode) {
-            QTest::newRow(name) << "irszam" << steps << enabled
-                                << (open ? QStringList{} : codeFields)
-                                << (open ? codeFields : QStringList{}) << mode;
-        };
+        const auto codes = rows("irszam", {"irsz", "hely"});
         codes("codes opened", {}, "g1 g4", false, "0");
         codes("codes row shown", {"pick"}, "g1 g2 g4", false, "0");
         codes("codes new", {"g1"}, "g3", true, "1");
@@ -321,74 +311,46 @@ private slots:
         codes("codes close refused", {"g1", "g5:No"}, "g3", true, "1");
 
         // The partner screen; a row chosen in its grid shows that partner read-only.
-        const QString p = "Partnerek";
         const QStringList partnerFields{"nev1", "orszag", "irsz", "email"};
-        const QStringList none;
-        QTest::newRow("partner shown") << p << none << "g3 g4 g6 g7" << partnerFields << none << "";
-        QTest::newRow("partner new")
-                << p << QStringList{"g3"} << "g5 g7" << none << partnerFields << "1";
-        QTest::newRow("partner change")
-                << p << QStringList{"g4"} << "g5 g7" << none << partnerFields << "2";
-        QTest::newRow("partner saved")
-                << p << QStringList{"g4", "g5"} << "g3 g4 g6 g7" << none << partnerFields << "2";
-        QTest::newRow("new partner saved")
-                << p << QStringList{"g3", "g5"} << "g3 g4 g6 g7" << none << partnerFields << "1";
-        QTest::newRow("partner deleted")
-                << p << QStringList{"g6"} << "g3 g4 g6 g7" << partnerFields << none << "";
-        QTest::newRow("partner close refused")
-                << p << QStringList{"g3", "g7:No"} << "g5 g7" << none << partnerFields << "1";
+        const auto partner = rows("Partnerek", partnerFields);
+        partner("partner shown", {}, "g3 g4 g6 g7", false, "");
+        partner("partner new", {"g3"}, "g5 g7", true, "1");
+        partner("partner change", {"g4"}, "g5 g7", true, "2");
+        partner("partner saved", {"g4", "g5"}, "g3 g4 g6 g7", true, "2");
+        partner("new partner saved", {"g3", "g5"}, "g3 g4 g6 g7", true, "1");
+        partner("partner deleted", {"g6"}, "g3 g4 g6 g7", false, "");
+        partner("partner close refused", {"g3", "g7:No"}, "g5 g7", true, "1");
         // Change with no partner shown does nothing.
-        QTest::newRow("partner change, none shown") << "Partnerek, none shown" << QStringList{"g4"}
-                                                    << "g3 g4 g6 g7" << partnerFields << none << "";
+        rows("Partnerek, none shown", partnerFields)("partner change, none shown", {"g4"},
+                                                     "g3 g4 g6 g7", false, "");
         // A row chosen during an entry asks "ments": No keeps the entry, Yes shows the partner.
-        QTest::newRow("partner row in entry kept")
-                << p << QStringList{"g3", "row:No"} << "g5 g7" << none << partnerFields << "1";
-        QTest::newRow("partner row in entry")
-                << p << QStringList{"g3", "row"} << "g3 g4 g6 g7" << partnerFields << none << "1";
-        QTest::newRow("partner row after save") << p << QStringList{"g4", "g5", "row"}
-                                                << "g3 g4 g6 g7" << partnerFields << none << "2";
+        partner("partner row in entry kept", {"g3", "row:No"}, "g5 g7", true, "1");
+        partner("partner row in entry", {"g3", "row"}, "g3 g4 g6 g7", false, "1");
+        partner("partner row after save", {"g4", "g5", "row"}, "g3 g4 g6 g7", false, "2");
 
-        const QStringList caseFields{"ugyszam",   "ugyfelnev", "ugyved",      "kezdet",
-                                     "ellorszag", "ellirsz",   "ellugyvorsz", "alszam"};
-        const QStringList caseFieldsButNumber = caseFields.mid(1);
-        QTest::newRow("case shown")
-                << "Ugyek" << QStringList{} << "g3 g4 g6 g7" << caseFields << QStringList{} << "";
-        QTest::newRow("case new") << "Ugyek" << QStringList{"g3"} << "g5 g7" << QStringList{}
-                                  << caseFields << "1";
-        QTest::newRow("case change") << "Ugyek" << QStringList{"g4"} << "g5 g7"
-                                     << QStringList{"ugyszam"} << caseFieldsButNumber << "2";
-        // A saved case is locked again.
-        QTest::newRow("case saved") << "Ugyek" << QStringList{"g4", "g5"} << "g3 g4 g6 g7"
-                                    << caseFields << QStringList{} << "2";
-        QTest::newRow("new case saved") << "Ugyek" << QStringList{"g3", "g5"} << "g3 g4 g6 g7"
-                                        << caseFields << QStringList{} << "1";
-        QTest::newRow("case save refused") << "Ugyek" << QStringList{"g3", "g5:asis"} << "g5 g7"
-                                           << QStringList{} << caseFields << "1";
-        QTest::newRow("case deleted") << "Ugyek" << QStringList{"g6"} << "g3 g4 g6 g7" << caseFields
-                                      << QStringList{} << "";
-        QTest::newRow("case close refused") << "Ugyek" << QStringList{"g4", "g7:No"} << "g5 g7"
-                                            << QStringList{"ugyszam"} << caseFieldsButNumber << "2";
+        // A changed case keeps its number locked; a saved case is locked again.
+        const auto kase = rows("Ugyek", {"ugyszam", "ugyfelnev", "ugyved", "kezdet", "ellorszag",
+                                         "ellirsz", "ellugyvorsz", "alszam"});
+        kase("case shown", {}, "g3 g4 g6 g7", false, "");
+        kase("case new", {"g3"}, "g5 g7", true, "1");
+        kase("case change", {"g4"}, "g5 g7", true, "2", {"ugyszam"});
+        kase("case saved", {"g4", "g5"}, "g3 g4 g6 g7", false, "2");
+        kase("new case saved", {"g3", "g5"}, "g3 g4 g6 g7", false, "1");
+        kase("case save refused", {"g3", "g5:asis"}, "g5 g7", true, "1");
+        kase("case deleted", {"g6"}, "g3 g4 g6 g7", false, "");
+        kase("case close refused", {"g4", "g7:No"}, "g5 g7", true, "2", {"ugyszam"});
 
         // The users editor locks its fields again after a save; nobody is logged in, so the
         // password of the user changed stays locked.
-        const QStringList userFields{"felhnev",    "loginnev", "jelszo", "nyelve",
-                                     "alapugyved", "jog1",     "jog12"};
-        QStringList others = userFields;
-        others.removeAll("jelszo");
-        QTest::newRow("user shown")
-                << "users" << QStringList{} << "g1 g2 g4 g5" << userFields << QStringList{} << "";
-        QTest::newRow("user new") << "users" << QStringList{"g1"} << "g3 g5" << QStringList{}
-                                  << userFields << "1";
-        QTest::newRow("user change") << "users" << QStringList{"g2"} << "g3 g5"
-                                     << QStringList{"jelszo"} << others << "2";
-        QTest::newRow("user saved") << "users" << QStringList{"g2", "g3"} << "g1 g2 g4 g5"
-                                    << userFields << QStringList{} << "";
-        QTest::newRow("new user saved") << "users" << QStringList{"g1", "g3"} << "g1 g2 g4 g5"
-                                        << userFields << QStringList{} << "";
-        QTest::newRow("user deleted") << "users" << QStringList{"g4"} << "g1 g2 g4 g5" << userFields
-                                      << QStringList{} << "";
-        QTest::newRow("user close refused") << "users" << QStringList{"g1", "g5:No"} << "g3 g5"
-                                            << QStringList{} << userFields << "1";
+        const auto user = rows("users", {"felhnev", "loginnev", "jelszo", "nyelve", "alapugyved",
+                                         "jog1", "jog12"});
+        user("user shown", {}, "g1 g2 g4 g5", false, "");
+        user("user new", {"g1"}, "g3 g5", true, "1");
+        user("user change", {"g2"}, "g3 g5", true, "2", {"jelszo"});
+        user("user saved", {"g2", "g3"}, "g1 g2 g4 g5", false, "");
+        user("new user saved", {"g1", "g3"}, "g1 g2 g4 g5", false, "");
+        user("user deleted", {"g4"}, "g1 g2 g4 g5", false, "");
+        user("user close refused", {"g1", "g5:No"}, "g3 g5", true, "1");
     }
     void stateTable()
     {
@@ -440,10 +402,46 @@ private slots:
         // The change that follows stores the country shown, not one the box was turned to.
         button("g4")->click();
         button("g5")->click();
-        QCOMPARE(testsupport::database()
-                         .scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
+        QCOMPARE(testsupport::database().scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
                          .toString(),
                  before);
+    }
+
+    // Without its right, new, change and delete say "nincsjog" and leave the record shown, its
+    // fields locked and its table as it was.
+    void refusedWithoutTheRight_data()
+    {
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("right");
+        const std::pair<const char*, const char*> tables[]{{"Ugyfelek", "ugyfelek"},
+                                                           {"Partnerek", "partner"}};
+        const std::pair<const char*, Right> commands[]{
+                {"g3", Right::NewRecord}, {"g4", Right::ChangeRecord}, {"g6", Right::DeleteRecord}};
+        for (const auto& [screen, table] : tables)
+            for (const auto& [command, right] : commands)
+                QTest::addRow("%s %s", screen, command) << screen << table << command << int(right);
+    }
+    void refusedWithoutTheRight()
+    {
+        QFETCH(QString, screen);
+        QFETCH(QString, table);
+        QFETCH(QString, command);
+        QFETCH(int, right);
+        m_screen = screens()[screen].open(&m_caller);
+        auto* name = m_screen->findChild<QLineEdit*>("nev1");
+        const QString shownName = name->text();
+        QVERIFY(!shownName.isEmpty());
+        const QVariantList before = rowsOf(table);
+        Session::instance().rights = QString(20, u'1').replace(right - 1, 1, u'0');
+        testsupport::MessageRecorder boxes;
+        boxes.answer(platform::AnswerYes);
+        button(command)->click();
+        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsjog")});
+        QCOMPARE(name->text(), shownName);
+        QVERIFY(name->isReadOnly() && !button("g5")->isEnabled());
+        QCOMPARE(rowsOf(table), before);
     }
 
     // A save whose row another workstation deleted meanwhile writes nothing, says so and keeps
@@ -451,30 +449,26 @@ private slots:
     void saveAfterTheRowWasDeletedElsewhere()
     {
         m_screen = openClient(&m_caller, "15");
+        auto* name = m_screen->findChild<QLineEdit*>("nev1");
         button("g4")->click();
-        m_screen->findChild<QLineEdit*>("nev1")->setText("Megváltozott Név");
+        name->setText("Megváltozott Név");
         platform::Database other;
         QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
         QVERIFY(store::Clients(other).remove(15).stored());
-        platform::Database& db = testsupport::database();
-        const platform::Rows before = db.select("SELECT * FROM ugyfelek ORDER BY ukod");
+        const QVariantList before = rowsOf("ugyfelek");
 
         testsupport::MessageRecorder boxes;
         button("g5")->click();
         QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsmar")});
-        QCOMPARE(m_screen->findChild<QLineEdit*>("nev1")->text(), QString("Megváltozott Név"));
+        QCOMPARE(name->text(), QString("Megváltozott Név"));
         QVERIFY(button("g5")->isEnabled());
-        const platform::Rows after = db.select("SELECT * FROM ugyfelek ORDER BY ukod");
-        QCOMPARE(after.size(), before.size());
-        for (size_t i = 0; i < after.size(); ++i)
-            for (int c = 0; c < after[i].count(); ++c)
-                QCOMPARE(after[i].value(c), before[i].value(c));
+        QCOMPARE(rowsOf("ugyfelek"), before);
 
         // Saved again, the entry becomes a new client.
         button("g5")->click();
-        QCOMPARE(
-                db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = 'Megváltozott Név'").toInt(),
-                1);
+        platform::Database& db = testsupport::database();
+        QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = ?", {name->text()}).toInt(),
+                 1);
         QVERIFY(store::Clients(db).find(15).isEmpty());
     }
 };
