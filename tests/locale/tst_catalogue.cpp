@@ -119,7 +119,8 @@ private slots:
         using namespace platform;
         setMessageHandler(nullptr);
         const std::tuple<const char*, int, int, int, QString> boxes[]{
-                {"nincsjog", 2, Notice, AnswerOk, "Sie haben keine Berechtigung für diesen Befehl."},
+                {"nincsjog", 2, Notice, AnswerOk,
+                 "Sie haben keine Berechtigung für diesen Befehl."},
                 {"torol", 3, Confirmation, AnswerNo, "Do you really want to delete this record?"},
                 {"RestoreK", 3, RestoreQuestion, AnswerYes,
                  "Restoring will overwrite the current data. Do you really want to continue?"}};
@@ -145,11 +146,12 @@ private slots:
             Session::instance().language = qint16(lang);
             QCOMPARE(uzenetszoveg("nincsilyenkod"), QStringLiteral("nincsilyenkod"));
         }
-        const QString codes = "nincsjog kilep nincsmeg torol nemtorol ments nincs rjelszo nincsorsz "
-                              "kotelezo nincsugyf vanmar hibasadat nincsujat nyomhiba telefon "
-                              "backup2 backup1 backupOK RestoreH RestoreK RestoreOK foglalt "
-                              "csakolvas serult elutasit adathiba nincsmar zarolt nemolvashato "
-                              "nemcausora olvasomod";
+        const QString codes
+                = "nincsjog kilep nincsmeg torol nemtorol ments nincs rjelszo nincsorsz "
+                  "kotelezo nincsugyf vanmar hibasadat nincsujat nyomhiba telefon "
+                  "backup2 backup1 backupOK RestoreH RestoreK RestoreOK foglalt "
+                  "csakolvas serult elutasit adathiba nincsmar zarolt nemolvashato "
+                  "nemcausora olvasomod";
         for (const QString& code : codes.split(' ')) {
             QSet<QString> texts;
             for (int lang = 1; lang <= 3; ++lang) {
