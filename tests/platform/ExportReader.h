@@ -9,7 +9,7 @@
 
 // An exported file read back by another program (see read_export.py): Python's csv reader, the
 // zip and XML rules of the spreadsheet format, or LibreOffice. Skipped tells that the reader is
-// not installed.
+// not installed. The test's CMakeLists gives the script's path as EXPORT_READER.
 struct ReadBack
 {
     QList<QStringList> rows;
@@ -17,11 +17,11 @@ struct ReadBack
     QString error;
 };
 
-inline ReadBack readExport(const QString& script, const QString& kind, const QString& path)
+inline ReadBack readExport(const QString& kind, const QString& path)
 {
     ReadBack back;
     QProcess python;
-    python.start(QStringLiteral("python3"), {script, kind, path});
+    python.start(QStringLiteral("python3"), {QStringLiteral(EXPORT_READER), kind, path});
     if (!python.waitForFinished(300000) || python.exitStatus() != QProcess::NormalExit) {
         back.error = QStringLiteral("python3 did not finish");
         return back;
@@ -41,10 +41,4 @@ inline ReadBack readExport(const QString& script, const QString& kind, const QSt
         back.rows << cells;
     }
     return back;
-}
-
-// read_export.py beside this header; the test's CMakeLists gives its path as EXPORT_READER.
-inline ReadBack readExport(const QString& kind, const QString& path)
-{
-    return readExport(QStringLiteral(EXPORT_READER), kind, path);
 }

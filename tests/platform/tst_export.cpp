@@ -1,3 +1,4 @@
+#include "TestSupport.h"
 #include "tests/platform/ExportReader.h"
 
 #include "platform/Database.h"
@@ -5,7 +6,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -36,12 +36,6 @@ public:
 private:
     int m_pages;
 };
-
-QByteArray contents(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 } // namespace
 
@@ -89,16 +83,15 @@ private slots:
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("reader");
         QTest::addColumn<bool>("tabs");
-        QTest::newRow("CSV, Python") << "lista.csv"
-                                     << "csv" << true;
-        QTest::newRow("spreadsheet, its format's rules") << "lista.ods"
-                                                         << "ods" << true;
-        QTest::newRow("CSV, LibreOffice") << "lista.csv"
-                                          << "soffice" << true;
+        const auto row = [](const char* name, const char* file, const char* reader, bool tabs) {
+            QTest::newRow(name) << QString(file) << QString(reader) << tabs;
+        };
+        row("CSV, Python", "lista.csv", "csv", true);
+        row("spreadsheet, its format's rules", "lista.ods", "ods", true);
+        row("CSV, LibreOffice", "lista.csv", "soffice", true);
         // LibreOffice drops a tab inside a cell when it reads any spreadsheet file, even one
         // it wrote itself.
-        QTest::newRow("spreadsheet, LibreOffice") << "lista.ods"
-                                                  << "soffice" << false;
+        row("spreadsheet, LibreOffice", "lista.ods", "soffice", false);
     }
     void readBackExactly()
     {
@@ -111,7 +104,7 @@ private slots:
         QCOMPARE(int(done.outcome), int(platform::ExportOutcome::Written));
         QCOMPARE(done.rows, qint64(generatedRows));
         if (file.endsWith(QLatin1String(".csv"))) // the mark, ";" and CR LF, which readers forgive
-            QVERIFY(contents(path).startsWith(
+            QVERIFY(testsupport::readFile(path).startsWith(
                     QStringLiteral("\uFEFF\"Név; \"\"teljes\"\"\";Sorszám\r\n").toUtf8()));
         const ReadBack back = readExport(reader, path);
         if (back.skipped)
@@ -138,23 +131,20 @@ private slots:
         QFETCH(QString, file);
         QTemporaryDir dir;
         const QString path = dir.filePath(file);
-        QFile earlier(path);
-        QVERIFY(earlier.open(QIODevice::WriteOnly));
-        earlier.write("earlier");
-        earlier.close();
+        testsupport::writeFile(path, "earlier");
 
         CancelAfter cancel(2);
         platform::ExportResult done = platform::exportList(
                 m_db, list(), path, platform::exportFormatFor(path), &cancel);
         QCOMPARE(int(done.outcome), int(platform::ExportOutcome::Cancelled));
-        QCOMPARE(contents(path), QByteArray("earlier"));
+        QCOMPARE(testsupport::readFile(path), QByteArray("earlier"));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{file});
 
         platform::ExportedList unknown = list();
         unknown.columns << platform::ExportColumn{QStringLiteral("nincsilyen"), QString(), 0};
         done = platform::exportList(m_db, unknown, path, platform::exportFormatFor(path));
         QCOMPARE(int(done.outcome), int(platform::ExportOutcome::ReadFailed));
-        QCOMPARE(contents(path), QByteArray("earlier"));
+        QCOMPARE(testsupport::readFile(path), QByteArray("earlier"));
 
         done = platform::exportList(m_db, list(), dir.filePath(QStringLiteral("nincs/") + file),
                                     platform::exportFormatFor(path));

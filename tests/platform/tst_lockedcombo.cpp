@@ -62,7 +62,6 @@ private slots:
             row("click on the arrow", clickOnArrow, {}, editable);
             row("arrow down", Qt::Key_Down, {}, editable);
             row("page up", Qt::Key_PageUp, {}, editable);
-            row("Alt+Down opens the list", Qt::Key_Down, Qt::AltModifier, editable);
             row("F4 opens the list", Qt::Key_F4, {}, editable);
             row("typed letter", Qt::Key_X, {}, editable);
         }

@@ -1,13 +1,19 @@
 #include "TestSupport.h"
 
 #include "locale/Felirat.h"
+#include "locale/Uzenet.h"
 #include "session/Session.h"
 
+#include <tuple>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 
@@ -47,7 +53,8 @@ QStringList captions(const QString& name, const QString& ranges, const QString& 
 
 } // namespace
 
-class tst_feliratoz : public QObject
+// The catalogue: captions and messages in the session's language.
+class tst_catalogue : public QObject
 {
     Q_OBJECT
     testsupport::TestFolder m_folder; // shared: only Alap, which no row below walks, is changed
@@ -104,7 +111,58 @@ private slots:
         QVERIFY(!expected.contains(QString()));
         QCOMPARE(captions(screen, controls, mode), expected);
     }
+
+    // The real box in the session's language, answered by Enter at once, which presses its
+    // default button.
+    void boxInTheSessionLanguage()
+    {
+        using namespace platform;
+        setMessageHandler(nullptr);
+        const std::tuple<const char*, int, int, int, QString> boxes[]{
+                {"nincsjog", 2, Notice, AnswerOk,
+                 "Sie haben keine Berechtigung für diesen Befehl."},
+                {"torol", 3, Confirmation, AnswerNo, "Do you really want to delete this record?"},
+                {"RestoreK", 3, RestoreQuestion, AnswerYes,
+                 "Restoring will overwrite the current data. Do you really want to continue?"}};
+        for (const auto& [code, language, style, answer, text] : boxes) {
+            Session::instance().language = qint16(language);
+            QString shown;
+            QTimer::singleShot(0, [&shown] {
+                if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                    shown = box->text();
+                    QTest::keyClick(box, Qt::Key_Return);
+                }
+            });
+            QCOMPARE(uzenet(code, style), answer);
+            QCOMPARE(shown, text);
+        }
+    }
+
+    // Each message has a text of its own in every language, found also by its code in capitals
+    // (a miss would give the code itself); a code the catalogue lacks shows the code.
+    void everyMessageInEveryLanguage()
+    {
+        for (int lang = 1; lang <= 3; ++lang) {
+            Session::instance().language = qint16(lang);
+            QCOMPARE(uzenetszoveg("nincsilyenkod"), QStringLiteral("nincsilyenkod"));
+        }
+        const QString codes
+                = "nincsjog kilep nincsmeg torol nemtorol ments nincs rjelszo nincsorsz "
+                  "kotelezo nincsugyf vanmar hibasadat nincsujat nyomhiba telefon "
+                  "backup2 backup1 backupOK RestoreH RestoreK RestoreOK foglalt "
+                  "csakolvas serult elutasit adathiba nincsmar zarolt nemolvashato "
+                  "nemcausora olvasomod";
+        for (const QString& code : codes.split(' ')) {
+            QSet<QString> texts;
+            for (int lang = 1; lang <= 3; ++lang) {
+                Session::instance().language = qint16(lang);
+                texts << uzenetszoveg(code) << uzenetszoveg(code.toUpper());
+            }
+            QVERIFY2(!texts.contains(QString()) && !texts.contains(code) && texts.size() == 3,
+                     qPrintable(code));
+        }
+    }
 };
 
-QTEST_MAIN(tst_feliratoz)
-#include "tst_feliratoz.moc"
+QTEST_MAIN(tst_catalogue)
+#include "tst_catalogue.moc"

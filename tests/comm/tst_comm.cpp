@@ -1,12 +1,16 @@
 #include "TestSupport.h"
 
+#include "comm/Emailkuld.h"
 #include "comm/Telhivo.h"
 #include "locale/Uzenet.h"
+#include "platform/SerialPort.h"
 #include "session/Session.h"
 
 #include <poll.h>
 #include <pty.h>
 #include <unistd.h>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace std::chrono_literals;
@@ -32,12 +36,25 @@ struct PseudoModem
     }
 };
 
+// A failure writes one line to hiba.txt, naming its module and place; success writes none.
+void checkLog(const testsupport::TestFolder& folder, const QByteArray& where, bool failed)
+{
+    const QByteArray log = testsupport::readFile(folder.programFolder() + "/hiba.txt");
+    QCOMPARE(log.count("\r\n"), failed ? 1 : 0);
+    QCOMPARE(log.count(" ** Modul: " + where + " ** Hiba: "), failed ? 1 : 0);
+}
+
 } // namespace
 
-class tst_telhivo : public QObject
+// The dialer and the e-mail hand-off: neither shows a box for its failures.
+class tst_comm : public QObject
 {
     Q_OBJECT
+    const QByteArray m_path = qgetenv("PATH");
+
 private slots:
+    void cleanup() { qputenv("PATH", m_path); }
+
     void dialsOrLogsTheFailure_data()
     {
         QTest::addColumn<QString>("port"); // empty: the pseudo-modem
@@ -74,14 +91,48 @@ private slots:
         testsupport::MessageRecorder boxes;
         comm::telefonhiv(testsupport::database(), number, 0ms);
         QCOMPARE(modem.received(), sent);
-        // A call asks the user to lift the handset; a failure writes one log line and no box.
-        const bool failed = sent.isEmpty();
-        QCOMPARE(boxes.texts(), failed ? QStringList() : QStringList{uzenetszoveg("telefon")});
-        const QByteArray log = testsupport::readFile(folder.programFolder() + "/hiba.txt");
-        QCOMPARE(log.count("\r\n"), failed ? 1 : 0);
-        QCOMPARE(log.count(" ** Modul: Telhivo ** Helye: telhivo ** Hiba: "), failed ? 1 : 0);
+        // A call asks the user to lift the handset.
+        QCOMPARE(boxes.texts(),
+                 sent.isEmpty() ? QStringList() : QStringList{uzenetszoveg("telefon")});
+        checkLog(folder, "Telhivo ** Helye: telhivo", sent.isEmpty());
+    }
+
+    // A port stored as a number names the serial device of that number, counted from 1.
+    void numberedPortNamesItsDevice()
+    {
+        QCOMPARE(platform::serialDevice(" 3 "), QStringLiteral("/dev/ttyS2"));
+    }
+
+    void handsTheAddressToTheMailHandler_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<bool>("handler");
+        QTest::newRow("blanks kept") << " Kovács János <kj@pelda.hu> " << true;
+        QTest::newRow("no handler is logged") << "kovacs.janos@pelda.hu" << false;
+    }
+    void handsTheAddressToTheMailHandler()
+    {
+        QFETCH(QString, address);
+        QFETCH(bool, handler);
+        testsupport::TestFolder folder;
+        // PATH starts with a folder of its own: empty, or with an xdg-open writing $# and each arg.
+        QTemporaryDir bin;
+        const QString xdg = bin.filePath("xdg-open"), got = bin.filePath("received.txt");
+        if (handler) {
+            testsupport::writeFile(xdg, "#!/bin/sh\nprintf '%s\\n' $# \"$@\" > '" + got.toUtf8()
+                                                + "'\n");
+            QFile::setPermissions(xdg, QFile::ReadOwner | QFile::ExeOwner);
+        }
+        qputenv("PATH", QFile::encodeName(bin.path()) + (handler ? ":" + m_path : QByteArray()));
+        testsupport::MessageRecorder boxes;
+        comm::Emailkuld(address);
+        QVERIFY(boxes.shown().isEmpty());
+        checkLog(folder, "Emailkuldo ** Helye: Emailkuld", !handler);
+        if (handler) // it runs on its own, so what it received is awaited
+            QTRY_COMPARE(QString::fromUtf8(testsupport::readFile(got)),
+                         "1\nmailto:" + address + "\n");
     }
 };
 
-QTEST_MAIN(tst_telhivo)
-#include "tst_telhivo.moc"
+QTEST_MAIN(tst_comm)
+#include "tst_comm.moc"
