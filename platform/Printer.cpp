@@ -229,28 +229,6 @@ QList<PrintItem> RecordingPrinter::items() const
     return result;
 }
 
-QList<QList<PrintItem>> RecordingPrinter::pages() const
-{
-    QList<QList<PrintItem>> result(1);
-    for (const Stored& s : m_items) {
-        if (s.kind == PrintItem::NewPage)
-            result.append(QList<PrintItem>());
-        else if (s.kind == PrintItem::Text || s.kind == PrintItem::Line)
-            result.last() << decoded(s);
-    }
-    return result;
-}
-
-bool RecordingPrinter::isEnded() const
-{
-    return !m_items.isEmpty() && m_items.last().kind == PrintItem::End;
-}
-
-bool RecordingPrinter::isCancelled() const
-{
-    return !m_items.isEmpty() && m_items.last().kind == PrintItem::Cancel;
-}
-
 void RecordingPrinter::replay(Printer& target) const
 {
     for (const Stored& s : m_items) {

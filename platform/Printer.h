@@ -71,10 +71,6 @@ public:
 
     // The items drawn so far, in drawing order.
     QList<PrintItem> items() const;
-    // The items of each page, page breaks left out.
-    QList<QList<PrintItem>> pages() const;
-    bool isEnded() const;
-    bool isCancelled() const;
     // Draws the document again on another printer, without ending it.
     void replay(Printer& target) const;
     // Bytes the recorded items take.
