@@ -97,7 +97,6 @@ private slots:
         QTest::addColumn<bool>("open");
         QTest::newRow("oneself") << "Anna Müller" << true;
         QTest::newRow("another user") << "John Smith" << false;
-        QTest::newRow("nobody logged in") << "" << false;
     }
     void passwordOfOneself()
     {
