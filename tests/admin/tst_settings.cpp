@@ -1,7 +1,9 @@
-// The users editor: the rights string its check boxes make, the last user, whose password may be
-// changed, and login names that must stay apart.
+// The users editor (the rights string its check boxes make, the last user, whose password may
+// be changed, login names that must stay apart) and the parameters screen (what closing stores,
+// the default language stored when chosen).
 #include "TestSupport.h"
 
+#include "admin/param.h"
 #include "admin/users.h"
 #include "locale/Uzenet.h"
 #include "session/Session.h"
@@ -9,23 +11,35 @@
 #include <memory>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTest>
 
-class tst_users : public QObject
+class tst_settings : public QObject
 {
     Q_OBJECT
     std::unique_ptr<testsupport::TestFolder> m_folder;
-    std::unique_ptr<admin::users> m_screen;
+    std::unique_ptr<QDialog> m_screen;
 
-    QLineEdit* field(const char* name) { return m_screen->findChild<QLineEdit*>(name); }
+    template<typename Screen>
+    void show()
+    {
+        m_screen = std::make_unique<Screen>(m_folder->db());
+        m_screen->show();
+    }
+    template<typename T = QLineEdit>
+    T* field(const char* name)
+    {
+        return m_screen->findChild<T*>(name);
+    }
     QCheckBox* right(int n) { return m_screen->findChild<QCheckBox*>(QString("jog%1").arg(n)); }
-    void press(const char* name) { m_screen->findChild<QPushButton*>(name)->click(); }
+    void press(const char* name) { field<QPushButton>(name)->click(); }
     void choose(const QString& name)
     {
-        auto* list = m_screen->findChild<QListWidget*>("adatlst");
+        auto* list = field<QListWidget>("adatlst");
         const auto found = list->findItems(name, Qt::MatchExactly);
         QVERIFY2(found.size() == 1, qPrintable(name));
         list->setCurrentItem(found.first());
@@ -44,8 +58,6 @@ private slots:
     {
         m_folder = std::make_unique<testsupport::TestFolder>(true);
         QVERIFY(m_folder->open());
-        m_screen = std::make_unique<admin::users>(m_folder->db());
-        m_screen->show();
     }
     void cleanup()
     {
@@ -57,6 +69,7 @@ private slots:
     // own rights change at his next login, not now.
     void rightsStringFromTheBoxes()
     {
+        show<admin::users>();
         Session& session = Session::instance();
         session.userName = "John Smith";
         session.rights = stored("felhjog", "SMITH").toString();
@@ -73,7 +86,8 @@ private slots:
         choose("John Smith");
         for (int n = 1; n <= 12; ++n)
             QCOMPARE(right(n)->isChecked(), n == 3 || n == 12);
-        QCOMPARE(m_screen->rightsString(), QString("00100000000111111111"));
+        QCOMPARE(static_cast<admin::users*>(m_screen.get())->rightsString(),
+                 QString("00100000000111111111"));
     }
 
     // A user changes only his own password; anyone else's stays locked and unwritten.
@@ -83,10 +97,10 @@ private slots:
         QTest::addColumn<bool>("open");
         QTest::newRow("oneself") << "Anna Müller" << true;
         QTest::newRow("another user") << "John Smith" << false;
-        QTest::newRow("nobody logged in") << "" << false;
     }
     void passwordOfOneself()
     {
+        show<admin::users>();
         QFETCH(QString, loggedIn);
         QFETCH(bool, open);
         Session::instance().userName = loggedIn;
@@ -104,6 +118,7 @@ private slots:
     // The register always keeps one user: the question is asked, nothing is deleted.
     void lastUserIsNeverDeleted()
     {
+        show<admin::users>();
         testsupport::MessageRecorder boxes;
         for (const char* name : {"Anna Müller", "John Smith", "Rendszergazda"}) {
             choose(name);
@@ -114,7 +129,7 @@ private slots:
         QCOMPARE(stored("felhnev", "ADMIN").toString(), QString("Rendszergazda"));
         QCOMPARE(boxes.texts(), (QStringList{uzenetszoveg("torol"), uzenetszoveg("torol"),
                                              uzenetszoveg("torol"), uzenetszoveg("utolsofelh")}));
-        QCOMPARE(m_screen->findChild<QListWidget*>("adatlst")->count(), 1);
+        QCOMPARE(field<QListWidget>("adatlst")->count(), 1);
     }
 
     // A login name another user has, in any letter case, is refused and the entry kept; a new
@@ -123,13 +138,12 @@ private slots:
     {
         QTest::addColumn<QString>("change"); // the user changed; empty for a new one
         QTest::addColumn<QString>("login");
-        QTest::newRow("new user") << ""
-                                  << "mueller";
-        QTest::newRow("changed user") << "John Smith"
-                                      << "Mueller";
+        QTest::newRow("new user") << QString() << QString("mueller");
+        QTest::newRow("changed user") << QString("John Smith") << QString("Mueller");
     }
     void duplicateLoginName()
     {
+        show<admin::users>();
         QFETCH(QString, change);
         QFETCH(QString, login);
         if (change.isEmpty()) {
@@ -147,13 +161,13 @@ private slots:
         QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("loginfoglalt")});
         QCOMPARE(userCount(), users);
         QCOMPARE(stored("felhnev", "MUELLER").toString(), QString("Anna Müller"));
-        QVERIFY(m_screen->findChild<QPushButton*>("g3")->isEnabled());
+        QVERIFY(field<QPushButton>("g3")->isEnabled());
         QCOMPARE(field("loginnev")->text(), login);
 
         field("loginnev")->setText("kiss");
         press("g3");
         QCOMPARE(boxes.texts().size(), 1);
-        QVERIFY(!m_screen->findChild<QPushButton*>("g3")->isEnabled());
+        QVERIFY(!field<QPushButton>("g3")->isEnabled());
         if (change.isEmpty()) {
             QCOMPARE(stored("felhnev", "KISS").toString(), QString("Kiss Péter"));
             QCOMPARE(stored("felhjog", "KISS").toString(), QString(20, '1'));
@@ -163,7 +177,64 @@ private slots:
             QCOMPARE(stored("felhnev", "KISS").toString(), change);
         }
     }
+
+    // Closing stores the modem settings and the login flag, by Bezár or by the close box; an
+    // empty port is the first port, an empty prefix one blank. The current run keeps its rights.
+    void closingStores_data()
+    {
+        QTest::addColumn<bool>("closeBox");
+        QTest::newRow("Bezár") << false;
+        QTest::newRow("close box") << true;
+    }
+    void closingStores()
+    {
+        show<admin::param>();
+        QFETCH(bool, closeBox);
+        QCOMPARE(field<QRadioButton>("g1")->isChecked(), true);
+        const QString rights = Session::instance().rights;
+        field("modemport")->clear();
+        field("elotag")->clear();
+        field<QRadioButton>("g2")->setChecked(true);
+        field<QCheckBox>("g3")->setChecked(true);
+        if (closeBox)
+            m_screen->close();
+        else
+            field<QPushButton>("g5")->click();
+        QVERIFY(!m_screen->isVisible());
+        const platform::Row row = m_folder->db().first("SELECT * FROM parameterek");
+        QCOMPARE(row.text("modemport"), QString("1"));
+        QCOMPARE(row.text("elotag"), QString(" "));
+        QCOMPARE(row.value("tonepulse").toInt(), 0);
+        QCOMPARE(row.value("kelllogon").toInt(), -1);
+        QCOMPARE(Session::instance().rights, rights);
+    }
+
+    // The language is stored when it is chosen; while nobody is logged in the open screens
+    // speak it at once, a logged-in user keeps his own.
+    void languageStoredWhenChosen_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<int>("language"); // the session's afterwards
+        QTest::newRow("nobody logged in") << "" << 3;
+        QTest::newRow("a user logged in") << "Rendszergazda" << 1;
+    }
+    void languageStoredWhenChosen()
+    {
+        show<admin::param>();
+        QFETCH(QString, user);
+        QFETCH(int, language);
+        Session::instance().userName = user;
+        auto* box = field<QComboBox>("nyelve");
+        QCOMPARE(box->currentText(), QString("Magyar"));
+        box->setCurrentIndex(box->findText("English"));
+        emit box->activated(box->currentIndex());
+        QCOMPARE(m_folder->db().scalar("SELECT alapnyelv FROM parameterek").toInt(), 3);
+        QCOMPARE(field("alapnyelv")->text(), QString("3"));
+        QCOMPARE(Session::instance().language, language);
+        QCOMPARE(field<QLabel>("sz2")->text(),
+                 language == 3 ? QString("Default language") : QString("Alapnyelv"));
+    }
 };
 
-QTEST_MAIN(tst_users)
-#include "tst_users.moc"
+QTEST_MAIN(tst_settings)
+#include "tst_settings.moc"
