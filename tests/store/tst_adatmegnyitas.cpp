@@ -2,6 +2,7 @@
 
 #include "session/Session.h"
 #include "store/DataLocation.h"
+#include "store/Prepare.h"
 #include "store/dataeler.h"
 
 #include <QApplication>
@@ -56,186 +57,137 @@ class tst_adatmegnyitas : public QObject
 {
     Q_OBJECT
 private slots:
-    void opensWithQuotedAndUnquotedLines_data();
-    void opensWithQuotedAndUnquotedLines();
-    void failuresShowTheirMessageAndTouchNothing_data();
-    void failuresShowTheirMessageAndTouchNothing();
-    void engineRefusalEndsTheStart();
-    void startingValuesOfTheSession_data();
-    void startingValuesOfTheSession();
-    void locationScreenWritesTheQuotedLine();
-};
-
-void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("dataFile");
-    // <data> stands for the data folder.
-    QTest::newRow("quoted") << "\"path=<data>\"\r\n"
-                            << "<data>/causora.mdb";
-    QTest::newRow("unquoted") << "path=<data>\r\n"
-                              << "<data>/causora.mdb";
-    QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n"
-                                        << "<data>//causora.mdb";
-    QTest::newRow("other lines around") << "[x]\r\n\"path=<data>\"\r\nmore\r\n"
-                                        << "<data>/causora.mdb";
-    QTest::newRow("line feed only") << "path=<data>\n"
-                                    << "<data>/causora.mdb";
-}
-
-void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
-{
-    QFETCH(QString, line);
-    QFETCH(QString, dataFile);
-    TestFolder folder;
-    testsupport::writeFile(folder.programFolder() + "/jog.ini",
-                           line.replace("<data>", folder.dataFolder()).toLocal8Bit());
-    testsupport::MessageRecorder messages;
-    platform::Database db;
-    store::StartValues start;
-    QVERIFY(store::adatmegnyitas(db, &start));
-    QVERIFY(messages.shown().isEmpty());
-    dataFile.replace("<data>", folder.dataFolder());
-    QCOMPARE(start.dataFilePath, dataFile);
-    QCOMPARE(start.workgroupFilePath, dataFile.replace("causora.mdb", "caujog.mdw"));
-    QVERIFY(db.isOpen());
-    QVERIFY(!db.isReadOnly());
-    // The store opens the database it is given; the session is left to take the values.
-    QVERIFY(!Session::instance().database.isOpen());
-    QVERIFY(Session::instance().dataFilePath.isEmpty());
-}
-
-void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing_data()
-{
-    QTest::addColumn<QString>("setup");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<bool>("locationScreen");
-    // In the messages, <program> stands for the program folder and <data> for the data folder:
-    // markers that no folder name can hold.
-    QTest::newRow("no settings file") << "no ini"
-                                      << "<program>/jog.ini    Not found " << false;
-    QTest::newRow("empty settings file") << "empty ini"
-                                         << "Bad inifile" << true;
-    QTest::newRow("no path entry") << "no path"
-                                   << "Bad inifile" << true;
-    QTest::newRow("no line end") << "no line end"
-                                 << "Bad inifile" << true;
-    QTest::newRow("no data file") << "no mdb"
-                                  << "<data>/causora.mdb   Not found" << true;
-    QTest::newRow("no account file") << "no mdw"
-                                     << "<data>/caujog.mdw  <nincsmeg>" << false;
-}
-
-void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
-{
-    QFETCH(QString, setup);
-    QFETCH(QString, message);
-    QFETCH(bool, locationScreen);
-    TestFolder folder;
-    const QString ini = folder.programFolder() + "/jog.ini";
-    const QByteArray good = ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit();
-    if (setup == "empty ini")
-        testsupport::writeFile(ini, "");
-    else if (setup == "no path")
-        testsupport::writeFile(ini, "adat=" + folder.dataFolder().toLocal8Bit() + "\r\n");
-    else if (setup == "no line end")
-        testsupport::writeFile(ini, "\"path=" + folder.dataFolder().toLocal8Bit() + "\"");
-    else if (setup != "no ini")
-        testsupport::writeFile(ini, good);
-    if (setup == "no mdb")
-        QFile::remove(folder.dataFile());
-    if (setup == "no mdw")
-        QFile::remove(folder.dataFolder() + "/caujog.mdw");
-
-    // The expected text of nincsmeg is the catalogue's own Hungarian text.
-    if (setup == "no mdw") {
-        platform::Database db;
-        QVERIFY(db.openForReading(folder.dataFile(), nullptr));
-        message.replace(
-                "<nincsmeg>",
-                db.scalar("SELECT uzen1 FROM uzenetek WHERE uzenkod = 'nincsmeg'").toString());
-    }
-    message.replace(QLatin1String("<program>"), folder.programFolder());
-    message.replace(QLatin1String("<data>"), folder.dataFolder());
-
-    const QStringList before = snapshot(folder.root());
-    testsupport::MessageRecorder messages;
-    LocationScreenWatcher watcher;
-    QVERIFY(!Session::instance().start());
-    QCOMPARE(messages.texts(), QStringList{message});
-    QCOMPARE(watcher.shown, locationScreen);
-    QCOMPARE(snapshot(folder.root()), before);
-    QVERIFY(!Session::instance().database.isOpen());
-}
-
-void tst_adatmegnyitas::engineRefusalEndsTheStart()
-{
-    TestFolder folder;
-    testsupport::writeFile(folder.dataFile(), "this is not a database");
-    const QStringList before = snapshot(folder.root());
-    testsupport::MessageRecorder messages;
-    QVERIFY(!folder.open());
-    QCOMPARE(messages.shown().size(), 1);
-    // The office's words in the box, the engine's in the error log.
-    QVERIFY(messages.texts().first().startsWith("Ez a fájl nem a program adatfájlja"));
-    QVERIFY(testsupport::readFile(folder.programFolder() + "/hiba.txt")
-                    .contains("Unrecognized database format"));
-    QCOMPARE(messages.shown().first().style, int(platform::ErrorNotice));
-    // Only jog.ini, written by the test, is new.
-    QStringList after = snapshot(folder.root());
-    after.removeIf(
-            [](const QString& f) { return f.contains("/jog.ini ") || f.contains("/hiba.txt "); });
-    QCOMPARE(after, before);
-}
-
-void tst_adatmegnyitas::startingValuesOfTheSession_data()
-{
-    QTest::addColumn<int>("kelllogon");
-    QTest::addColumn<QStringList>("lawyers");
-    QTest::addColumn<QString>("rights");
-    QTest::addColumn<QString>("defaultLawyer");
-    QTest::newRow("no login needed, no lawyer") << 0 << QStringList() << QString(20, u'1') << "";
-    QTest::newRow("login needed, one lawyer")
-            << -1 << QStringList{"Dr. Kis Anna"} << QString(20, u'0') << "Dr. Kis Anna";
-    QTest::newRow("two lawyers") << 0 << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"}
-                                 << QString(20, u'1') << "";
-}
-
-void tst_adatmegnyitas::startingValuesOfTheSession()
-{
-    QFETCH(int, kelllogon);
-    QFETCH(QStringList, lawyers);
-    QFETCH(QString, rights);
-    QFETCH(QString, defaultLawyer);
-    TestFolder folder;
+    void opensWithQuotedAndUnquotedLines_data()
     {
-        platform::Database db;
-        QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
-        QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {kelllogon}));
-        for (const QString& l : lawyers)
-            QVERIFY(db.exec("INSERT INTO ugyvedek (ugyvednev) VALUES (?)", {l}));
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("dataFile");
+        // <data> stands for the data folder.
+        QTest::newRow("quoted") << "\"path=<data>\"\r\n"
+                                << "<data>/causora.mdb";
+        QTest::newRow("unquoted") << "path=<data>\r\n"
+                                  << "<data>/causora.mdb";
+        QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n"
+                                            << "<data>//causora.mdb";
+        QTest::newRow("other lines around") << "[x]\r\n\"path=<data>\"\r\nmore\r\n"
+                                            << "<data>/causora.mdb";
+        QTest::newRow("line feed only") << "path=<data>\n"
+                                        << "<data>/causora.mdb";
     }
-    QVERIFY(folder.open());
-    const Session& s = Session::instance();
-    QCOMPARE(s.dataFilePath, folder.dataFile());
-    QCOMPARE(s.rights, rights);
-    QCOMPARE(s.language, qint16(3));
-    QCOMPARE(s.userName, QString());
-    QCOMPARE(s.defaultLawyer, defaultLawyer);
-}
+    void opensWithQuotedAndUnquotedLines()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, dataFile);
+        TestFolder folder;
+        testsupport::writeFile(folder.programFolder() + "/jog.ini",
+                               line.replace("<data>", folder.dataFolder()).toLocal8Bit());
+        testsupport::MessageRecorder messages;
+        platform::Database db;
+        store::StartValues start;
+        QVERIFY(store::adatmegnyitas(db, &start));
+        QVERIFY(messages.shown().isEmpty());
+        dataFile.replace("<data>", folder.dataFolder());
+        QCOMPARE(start.dataFilePath, dataFile);
+        QCOMPARE(start.workgroupFilePath, dataFile.replace("causora.mdb", "caujog.mdw"));
+        QVERIFY(db.isOpen());
+        QVERIFY(!db.isReadOnly());
+    }
 
-void tst_adatmegnyitas::locationScreenWritesTheQuotedLine()
-{
-    TestFolder folder;
-    dataeler screen;
-    QCOMPARE(screen.currentFolder(), folder.programFolder());
-    screen.setFolder(folder.dataFolder() + "/");
-    QTest::mouseClick(screen.findChild<QPushButton*>("ok"), Qt::LeftButton);
-    QCOMPARE(testsupport::readFile(folder.programFolder() + "/jog.ini"),
-             ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
-    // The line it writes is read back as the same folder.
-    QVERIFY(folder.open());
-}
+    void failuresShowTheirMessageAndTouchNothing_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("locationScreen");
+        // In the messages, <program> stands for the program folder and <data> for the data
+        // folder: markers that no folder name can hold.
+        QTest::addRow("no settings file") << "<program>/jog.ini    Not found " << false;
+        QTest::addRow("empty settings file") << "Bad inifile" << true;
+        QTest::addRow("no path entry") << "Bad inifile" << true;
+        QTest::addRow("no line end") << "Bad inifile" << true;
+        QTest::addRow("no data file") << "<data>/causora.mdb   Not found" << true;
+        QTest::addRow("no account file") << "<data>/caujog.mdw  <nincsmeg>" << false;
+    }
+    void failuresShowTheirMessageAndTouchNothing()
+    {
+        QFETCH(QString, message);
+        QFETCH(bool, locationScreen);
+        const QString setup = QTest::currentDataTag();
+        TestFolder folder;
+        const QString ini = folder.programFolder() + "/jog.ini";
+        if (setup == "empty settings file")
+            testsupport::writeFile(ini, "");
+        else if (setup == "no path entry")
+            testsupport::writeFile(ini, "adat=" + folder.dataFolder().toLocal8Bit() + "\r\n");
+        else if (setup == "no line end")
+            testsupport::writeFile(ini, "\"path=" + folder.dataFolder().toLocal8Bit() + "\"");
+        else if (setup != "no settings file")
+            testsupport::writeFile(ini, ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
+        if (setup == "no data file")
+            QFile::remove(folder.dataFile());
+        if (setup == "no account file")
+            QFile::remove(folder.dataFolder() + "/caujog.mdw");
+
+        message.replace(QLatin1String("<nincsmeg>"), store::catalogueMessage("nincsmeg", 1));
+        message.replace(QLatin1String("<program>"), folder.programFolder());
+        message.replace(QLatin1String("<data>"), folder.dataFolder());
+
+        const QStringList before = snapshot(folder.root());
+        testsupport::MessageRecorder messages;
+        LocationScreenWatcher watcher;
+        QVERIFY(!Session::instance().start());
+        QCOMPARE(messages.texts(), QStringList{message});
+        QCOMPARE(watcher.shown, locationScreen);
+        QCOMPARE(snapshot(folder.root()), before);
+        QVERIFY(!Session::instance().database.isOpen());
+    }
+
+    void startingValuesOfTheSession_data()
+    {
+        QTest::addColumn<int>("kelllogon");
+        QTest::addColumn<QStringList>("lawyers");
+        QTest::addColumn<QString>("rights");
+        QTest::addColumn<QString>("defaultLawyer");
+        QTest::newRow("no login needed, no lawyer")
+                << 0 << QStringList() << QString(20, u'1') << "";
+        QTest::newRow("login needed, one lawyer")
+                << -1 << QStringList{"Dr. Kis Anna"} << QString(20, u'0') << "Dr. Kis Anna";
+        QTest::newRow("two lawyers")
+                << 0 << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"} << QString(20, u'1') << "";
+    }
+    void startingValuesOfTheSession()
+    {
+        QFETCH(int, kelllogon);
+        QFETCH(QStringList, lawyers);
+        QFETCH(QString, rights);
+        QFETCH(QString, defaultLawyer);
+        TestFolder folder;
+        {
+            platform::Database db;
+            QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
+            QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {kelllogon}));
+            for (const QString& l : lawyers)
+                QVERIFY(db.exec("INSERT INTO ugyvedek (ugyvednev) VALUES (?)", {l}));
+        }
+        QVERIFY(folder.open());
+        const Session& s = Session::instance();
+        QCOMPARE(s.dataFilePath, folder.dataFile());
+        QCOMPARE(s.rights, rights);
+        QCOMPARE(s.language, qint16(3));
+        QCOMPARE(s.userName, QString());
+        QCOMPARE(s.defaultLawyer, defaultLawyer);
+    }
+
+    void locationScreenWritesTheQuotedLine()
+    {
+        TestFolder folder;
+        dataeler screen;
+        QCOMPARE(screen.currentFolder(), folder.programFolder());
+        screen.setFolder(folder.dataFolder() + "/");
+        QTest::mouseClick(screen.findChild<QPushButton*>("ok"), Qt::LeftButton);
+        QCOMPARE(testsupport::readFile(folder.programFolder() + "/jog.ini"),
+                 ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
+        // The line it writes is read back as the same folder.
+        QVERIFY(folder.open());
+    }
+};
 
 QTEST_MAIN(tst_adatmegnyitas)
 #include "tst_adatmegnyitas.moc"
