@@ -24,133 +24,96 @@ class tst_prepare : public QObject
 {
     Q_OBJECT
 private slots:
-    void sqliteToolSeesEveryTableAndColumn();
-    void startingRowsArePresent();
-    void demoFolderHoldsBelievableData();
-    void neverOverwritesAnExistingDataFile();
-};
+    void sqliteToolSeesEveryTableAndColumn()
+    {
+        QTemporaryDir dir;
+        QString error;
+        QVERIFY2(store::prepareDataFolder(dir.filePath("adat"), false, &error), qPrintable(error));
+        const QString file = dir.filePath("adat/causora.mdb");
 
-void tst_prepare::sqliteToolSeesEveryTableAndColumn()
-{
-    QTemporaryDir dir;
-    QString error;
-    QVERIFY2(store::prepareDataFolder(dir.filePath("adat"), false, &error), qPrintable(error));
-    const QString file = dir.filePath("adat/causora.mdb");
+        const QMap<QString, QStringList> expected = {
+                {"ugyek",
+                 {"ugyszam",         "ugyfelkod",    "ugytipus",    "ugyved",      "kezdet",
+                  "zaras",           "megjegyzes",   "ellnev",      "ellorszag",   "ellhely",
+                  "ellutca",         "ellirsz",      "elltelefon",  "ellugyvnev",  "ellugyvorsz",
+                  "ellugyvhely",     "ellugyvutca",  "ellugyvirsz", "ellugyvtel1", "ellugyvtel2",
+                  "ellugyvfax",      "ellugyvemail", "feljegyzes",  "kezdete",     "ellnevegyezo",
+                  "ellugyvnevegyezo"}},
+                {"ugyfelek",
+                 {"ukod", "unev1", "unev2", "uorszag", "uirsz", "uhely", "uutca", "utel1", "utel2",
+                  "ufax", "uemail", "ucegprivat", "uanyja", "uszemszam", "uadoszam", "ucegszam",
+                  "unev1kulcs", "unev1egyezo"}},
+                {"partner",
+                 {"pkod", "pnev1", "pnev2", "porszag", "pirsz", "phely", "putca", "ptel1", "ptel2",
+                  "pfax", "pemail", "pnev1egyezo"}},
+                {"orszagok", {"orszagnev"}},
+                {"tipusok", {"tipus"}},
+                {"ugyvedek", {"ugyvednev"}},
+                {"irsz", {"irszsorszam", "orszag", "irsz", "hely"}},
+                {"felhasznalo",
+                 {"felhnev", "loginnev", "jelszo", "felhnyelv", "felhjog", "alapugyv"}},
+                {"nyelvek", {"nyelvkod", "nyelvnev"}},
+                {"parameterek",
+                 {"alapnyelv", "verzio", "kelllogon", "utolsoment", "modemport", "elotag",
+                  "tonepulse"}},
+                {"uzenetek", {"uzenkod", "uzen1", "uzen2", "uzen3"}},
+                {"alszamok", {"xx", "fougyszam", "alugyszam", "aldatum", "almegjegyz"}},
+        };
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+            const QString cols = sqliteTool(
+                    file, QString("SELECT name FROM pragma_table_info('%1')").arg(it.key()));
+            QCOMPARE(cols.split('\n', Qt::SkipEmptyParts), it.value());
+        }
+        // The caption table: the key and 147 text columns.
+        const QStringList felirat
+                = sqliteTool(file, "SELECT name FROM pragma_table_info('felirat')")
+                          .split('\n', Qt::SkipEmptyParts);
+        QCOMPARE(felirat.size(), 148);
+        QCOMPARE(felirat.first(), QStringLiteral("felirkod"));
+        for (const char* c : {"1sz1", "1sz39", "1g10", "2sz31", "3g1", "3sz39"})
+            QVERIFY2(felirat.contains(c), c);
+        QCOMPARE(sqliteTool(file,
+                            "SELECT type FROM pragma_table_info('felirat') WHERE name = '2sz31'")
+                         .trimmed(),
+                 QStringLiteral("TEXT(20)"));
 
-    const QMap<QString, QStringList> expected = {
-            {"ugyek",
-             {"ugyszam",         "ugyfelkod",    "ugytipus",    "ugyved",      "kezdet",
-              "zaras",           "megjegyzes",   "ellnev",      "ellorszag",   "ellhely",
-              "ellutca",         "ellirsz",      "elltelefon",  "ellugyvnev",  "ellugyvorsz",
-              "ellugyvhely",     "ellugyvutca",  "ellugyvirsz", "ellugyvtel1", "ellugyvtel2",
-              "ellugyvfax",      "ellugyvemail", "feljegyzes",  "kezdete",     "ellnevegyezo",
-              "ellugyvnevegyezo"}},
-            {"ugyfelek",
-             {"ukod", "unev1", "unev2", "uorszag", "uirsz", "uhely", "uutca", "utel1", "utel2",
-              "ufax", "uemail", "ucegprivat", "uanyja", "uszemszam", "uadoszam", "ucegszam",
-              "unev1kulcs", "unev1egyezo"}},
-            {"partner",
-             {"pkod", "pnev1", "pnev2", "porszag", "pirsz", "phely", "putca", "ptel1", "ptel2",
-              "pfax", "pemail", "pnev1egyezo"}},
-            {"orszagok", {"orszagnev"}},
-            {"tipusok", {"tipus"}},
-            {"ugyvedek", {"ugyvednev"}},
-            {"irsz", {"irszsorszam", "orszag", "irsz", "hely"}},
-            {"felhasznalo", {"felhnev", "loginnev", "jelszo", "felhnyelv", "felhjog", "alapugyv"}},
-            {"nyelvek", {"nyelvkod", "nyelvnev"}},
-            {"parameterek",
-             {"alapnyelv", "verzio", "kelllogon", "utolsoment", "modemport", "elotag",
-              "tonepulse"}},
-            {"uzenetek", {"uzenkod", "uzen1", "uzen2", "uzen3"}},
-            {"alszamok", {"xx", "fougyszam", "alugyszam", "aldatum", "almegjegyz"}},
-    };
-    for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
-        const QString cols = sqliteTool(
-                file, QString("SELECT name FROM pragma_table_info('%1')").arg(it.key()));
-        QCOMPARE(cols.split('\n', Qt::SkipEmptyParts), it.value());
+        const QString indexes
+                = sqliteTool(file, "SELECT name FROM sqlite_master WHERE type = 'index'");
+        QVERIFY(indexes.contains("uzenind"));
+        for (const char* t :
+             {"ugyek", "partner", "orszagok", "tipusok", "ugyvedek", "irsz", "felirat"})
+            QVERIFY2(indexes.contains(QString("%1_primarykey").arg(t)), t);
+        QCOMPARE(sqliteTool(file, "PRAGMA integrity_check").trimmed(), QStringLiteral("ok"));
     }
-    // The caption table: the key and 147 text columns.
-    const QStringList felirat = sqliteTool(file, "SELECT name FROM pragma_table_info('felirat')")
-                                        .split('\n', Qt::SkipEmptyParts);
-    QCOMPARE(felirat.size(), 148);
-    QCOMPARE(felirat.first(), QStringLiteral("felirkod"));
-    for (const char* c : {"1sz1", "1sz39", "1g10", "2sz31", "3g1", "3sz39"})
-        QVERIFY2(felirat.contains(c), c);
-    QCOMPARE(sqliteTool(file, "SELECT type FROM pragma_table_info('felirat') WHERE name = '2sz31'")
-                     .trimmed(),
-             QStringLiteral("TEXT(20)"));
 
-    const QString indexes = sqliteTool(file, "SELECT name FROM sqlite_master WHERE type = 'index'");
-    QVERIFY(indexes.contains("uzenind"));
-    for (const char* t : {"ugyek", "partner", "orszagok", "tipusok", "ugyvedek", "irsz", "felirat"})
-        QVERIFY2(indexes.contains(QString("%1_primarykey").arg(t)), t);
-    QCOMPARE(sqliteTool(file, "PRAGMA integrity_check").trimmed(), QStringLiteral("ok"));
-    // A used entry cannot be deleted through the tool either.
-    QVERIFY(sqliteTool(file, "INSERT INTO ugyfelek (unev1, uorszag) VALUES ('X', 'Ausztria');"
-                             "DELETE FROM orszagok WHERE orszagnev = 'Ausztria';")
-                    .contains("includes related records"));
-}
+    void startingRowsArePresent()
+    {
+        testsupport::TestFolder folder;
+        QVERIFY(folder.open());
+        platform::Database& db = folder.db();
+        QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
+                 QStringLiteral("1,2,3"));
+        // The whole Hungarian postal code list, codes that serve several places included.
+        QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(),
+                 3574);
+        QVERIFY(db.scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
+        QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
+                         .toString(),
+                 QStringLiteral("Wien"));
+    }
 
-void tst_prepare::startingRowsArePresent()
-{
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    platform::Database& db = folder.db();
-    QCOMPARE(db.scalar("SELECT count(*) FROM parameterek").toInt(), 1);
-    QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
-             QStringLiteral("1,2,3"));
-    // The whole Hungarian postal code list, codes that serve several places included.
-    QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(), 3574);
-    QVERIFY(db.scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
-    QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
-                     .toString(),
-             QStringLiteral("Wien"));
-    for (const char* key : {"Alap", "Login", "keres", "keres2", "Ugyfelek"})
-        QVERIFY2(db.scalar("SELECT count(*) FROM felirat WHERE felirkod = ?", {key}).toInt() == 1,
-                 key);
-    for (const char* code : {"nincsjog", "kilep", "nincsmeg", "hibasadat"})
-        QVERIFY2(!db.scalar("SELECT uzen2 FROM uzenetek WHERE uzenkod = ?", {code})
-                          .toString()
-                          .isEmpty(),
-                 code);
-}
-
-void tst_prepare::demoFolderHoldsBelievableData()
-{
-    testsupport::TestFolder folder(true);
-    QVERIFY(folder.open());
-    platform::Database& db = folder.db();
-    QStringList numbers;
-    for (const auto& r : db.select("SELECT ugyszam FROM ugyek ORDER BY val(ugyszam), ugyszam"))
-        numbers << r.text("ugyszam");
-    QVERIFY(numbers.indexOf("9") < numbers.indexOf("10"));
-    QVERIFY(numbers.indexOf("10") < numbers.indexOf("10/A"));
-    QVERIFY(numbers.contains("2019/123"));
-    // Every case belongs to a client that exists.
-    QCOMPARE(db.scalar("SELECT count(*) FROM ugyek WHERE ugyfelkod NOT IN (SELECT ukod FROM "
-                       "ugyfelek)")
-                     .toInt(),
-             0);
-    QVERIFY(db.scalar("SELECT count(*) FROM partner").toInt() > 0);
-    QCOMPARE(db.scalar("SELECT count(*) FROM orszagok WHERE orszagnev IN ('Magyarország', "
-                       "'Ausztria')")
-                     .toInt(),
-             2);
-    QVERIFY(db.scalar("SELECT count(*) FROM tipusok").toInt() > 1);
-    QVERIFY(db.scalar("SELECT count(*) FROM ugyvedek").toInt() > 1);
-}
-
-void tst_prepare::neverOverwritesAnExistingDataFile()
-{
-    QTemporaryDir dir;
-    const QString folder = dir.filePath("adat");
-    QVERIFY(store::prepareDataFolder(folder, false, nullptr));
-    const QByteArray before = testsupport::readFile(folder + "/causora.mdb");
-    QString error;
-    QVERIFY(!store::prepareDataFolder(folder, true, &error));
-    QVERIFY(error.contains("already"));
-    QCOMPARE(testsupport::readFile(folder + "/causora.mdb"), before);
-}
+    void neverOverwritesAnExistingDataFile()
+    {
+        QTemporaryDir dir;
+        const QString folder = dir.filePath("adat");
+        QVERIFY(store::prepareDataFolder(folder, false, nullptr));
+        const QByteArray before = testsupport::readFile(folder + "/causora.mdb");
+        QString error;
+        QVERIFY(!store::prepareDataFolder(folder, true, &error));
+        QVERIFY(error.contains("already"));
+        QCOMPARE(testsupport::readFile(folder + "/causora.mdb"), before);
+    }
+};
 
 QTEST_MAIN(tst_prepare)
 #include "tst_prepare.moc"
