@@ -1,18 +1,29 @@
+// Opening the data folder at start-up: the settings line, the missing files, the engine's look
+// at credentials and at the marks of the two files, a save a stopped workstation left behind, the
+// session's start values, the data-location screen, and the error log failures are written to.
 #include "TestSupport.h"
 
+#include "platform/Display.h"
 #include "session/Session.h"
+#include "store/Access.h"
+#include "store/Credentials.h"
 #include "store/DataLocation.h"
+#include "store/ErrorLog.h"
 #include "store/Prepare.h"
 #include "store/dataeler.h"
 
 #include <QApplication>
+#include <QDate>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
+using platform::Database;
+using platform::Failure;
 using testsupport::TestFolder;
 
 namespace {
@@ -186,6 +197,143 @@ private slots:
                  ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
         // The line it writes is read back as the same folder.
         QVERIFY(folder.open());
+    }
+
+    void refusesBadCredentialsAndForeignFiles_data()
+    {
+        // One thing changed from a good opening: "user=", "password=" or "connect=" replaces that
+        // value; "data:<bytes>" or "account:<bytes>" overwrites that file; "swap" names each file
+        // as the other; "no account file" removes it.
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("expected"); // <data> and <account> stand for the files' paths
+        QTest::addColumn<Failure>("failure");
+        const QString badAccount = store::accountOrPasswordError();
+        const QString badPassword = "Not a valid password.";
+        const QString notOurs = "Unrecognized database format '%1'.";
+        QTest::addRow("wrong account") << "user=Kiss Béla" << badAccount << Failure::Refused;
+        QTest::addRow("wrong account password")
+                << "password=vm4818" << badAccount << Failure::Refused;
+        QTest::addRow("wrong database password")
+                << "connect=pwd=xx" << badPassword << Failure::Refused;
+        QTest::addRow("no database password") << "connect=uid=x" << badPassword << Failure::Refused;
+        QTest::addRow("text file") << "data:path=C:\\x\r\n"
+                                   << notOurs.arg("<data>") << Failure::NotCausora;
+        QTest::addRow("empty file") << "data:" << notOurs.arg("<data>") << Failure::NotCausora;
+        QTest::addRow("text account file") << "account:[accounts]\r\n"
+                                           << notOurs.arg("<account>") << Failure::NotCausora;
+        // Each file is a database of the program, but not of the kind it is taken for.
+        QTest::addRow("files swapped") << "swap" << notOurs.arg("<account>") << Failure::NotCausora;
+        QTest::addRow("no account file") << "no account file"
+                                         << "Could not find file '<account>'." << Failure::Missing;
+    }
+    void refusesBadCredentialsAndForeignFiles()
+    {
+        QFETCH(QString, change);
+        QFETCH(QString, expected);
+        QFETCH(Failure, failure);
+        QString account = store::databaseAccount();
+        QString password = store::databasePassword();
+        QString connect = store::connectText();
+        TestFolder folder;
+        QString file = folder.dataFile();
+        QString accounts = folder.dataFolder() + "/caujog.mdw";
+        const QString value = change.section(QRegularExpression("[=:]"), 1);
+        if (change.startsWith("user="))
+            account = value;
+        else if (change.startsWith("password="))
+            password = value;
+        else if (change.startsWith("connect="))
+            connect = value;
+        else if (change.startsWith("data:"))
+            testsupport::writeFile(file, value.toLatin1());
+        else if (change.startsWith("account:"))
+            testsupport::writeFile(accounts, value.toLatin1());
+        else if (change == "swap")
+            std::swap(file, accounts);
+        else if (change == "no account file")
+            QVERIFY(QFile::remove(accounts));
+        expected.replace("<data>", file).replace("<account>", accounts);
+        const QByteArray dataBefore = testsupport::readFile(file);
+        const QByteArray accountsBefore = testsupport::readFile(accounts);
+        const QDateTime modified = QFileInfo(file).lastModified();
+
+        Database db;
+        QString error;
+        QVERIFY(!store::openDataFile(db, file, accounts, account, password, connect, &error));
+        QCOMPARE(error, expected);
+        QCOMPARE(db.lastFailure(), failure);
+        QVERIFY(!db.isOpen());
+        // Nothing was written to the files that failed to open.
+        QCOMPARE(testsupport::readFile(file), dataBefore);
+        QCOMPARE(testsupport::readFile(accounts), accountsBefore);
+        QCOMPARE(QFileInfo(file).lastModified(), modified);
+        QVERIFY(!QFileInfo::exists(file + "-journal"));
+        QVERIFY(!QFileInfo::exists(accounts + "-journal"));
+    }
+
+    void opensAfterAWorkstationStoppedInTheMiddleOfASave()
+    {
+        // The files as a workstation killed during a save leaves them: the data file already
+        // holding part of the save (a small cache spills it early) and the journal holding what the
+        // save overwrote.
+        TestFolder data;
+        QVERIFY(data.open());
+        Database& db = data.db();
+        const QString folder = data.dataFolder();
+        const QString crashed = data.root() + "/crashed";
+        QVERIFY(QDir().mkpath(crashed));
+        const double before = db.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble();
+        QVERIFY(db.exec("PRAGMA cache_size = 2"));
+        QVERIFY(db.begin());
+        // Long enough to fill more pages than the cache holds, however many messages there are.
+        QVERIFY(db.exec("UPDATE uzenetek SET uzen1 = uzen1 || ?", {QString(2000, u'x')}));
+        for (const QString name : {"causora.mdb", "causora.mdb-journal", "caujog.mdw"})
+            QVERIFY(QFile::copy(folder + '/' + name, crashed + '/' + name));
+        db.rollback();
+        QVERIFY(testsupport::readFile(crashed + "/causora.mdb")
+                != testsupport::readFile(data.dataFile()));
+
+        // The next workstation gets in, and finds the file as it was before the broken save.
+        Database next;
+        QString error;
+        QVERIFY2(store::openDataFile(next, crashed + "/causora.mdb", crashed + "/caujog.mdw",
+                                     store::databaseAccount(), store::databasePassword(),
+                                     store::connectText(), &error),
+                 qPrintable(error));
+        QVERIFY(!next.isReadOnly());
+        QCOMPARE(next.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble(), before);
+        QVERIFY(!QFileInfo::exists(crashed + "/causora.mdb-journal"));
+    }
+
+    void appendsOneLinePerFailure()
+    {
+        TestFolder folder;
+        const QString log = folder.programFolder() + "/hiba.txt";
+        const QByteArray date = "Dátum: " + QDate::currentDate().toString("yyyy.MM.dd").toUtf8();
+
+        store::hibanaplo("UGYEK", "LOAD", "Disk or network error.");
+        const QByteArray first
+                = date + " ** Modul: UGYEK ** Helye: LOAD ** Hiba: Disk or network error.\r\n";
+        QCOMPARE(testsupport::readFile(log), first);
+        // A second failure adds its own line, which ends as any other without a description.
+        store::hibanaplo("Emailkuldo", "Emailkuld", QString());
+        QCOMPARE(testsupport::readFile(log),
+                 first + date + " ** Modul: Emailkuldo ** Helye: Emailkuld ** Hiba: \r\n");
+    }
+
+    void unwritableLogIsPassedOverInSilence()
+    {
+        // A folder that does not exist, and a log name taken by a folder: neither can be written
+        // (the tests may run as root, for whom permissions do not stop a write).
+        TestFolder folder;
+        platform::setProgramFolder("/nonexistent/causora");
+        store::hibanaplo("UGYEK", "g5", "x");
+        QVERIFY(!QFile::exists("/nonexistent/causora/hiba.txt"));
+
+        QVERIFY(QDir(folder.programFolder()).mkdir("hiba.txt"));
+        platform::setProgramFolder(folder.programFolder());
+        store::hibanaplo("UGYEK", "g6", "y");
+        QVERIFY(QFileInfo(folder.programFolder() + "/hiba.txt").isDir());
     }
 };
 
