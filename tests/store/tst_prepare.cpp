@@ -1,6 +1,12 @@
+// The data file as prepared: every table and column as the sqlite3 tool sees them, the starting
+// rows, an existing file never overwritten, and the case list's order with the index serving it.
 #include "TestSupport.h"
 
+#include "platform/ListQuery.h"
+#include "store/Cases.h"
 #include "store/Prepare.h"
+#include "store/Schema.h"
+#include "store/Upgrade.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -16,6 +22,22 @@ QString sqliteTool(const QString& file, const QString& sql)
     p.waitForFinished(30000);
     return QString::fromUtf8(p.readAllStandardOutput())
            + QString::fromUtf8(p.readAllStandardError());
+}
+
+// How the engine reads the list's first page, or a page after a given row.
+QString plan(platform::Database& db, const platform::ListQuery& q, bool after)
+{
+    const QString order = q.order.join(QStringLiteral(", "));
+    QString sql = QStringLiteral("EXPLAIN QUERY PLAN SELECT %1, %2 FROM %3")
+                          .arg(q.columns, order, q.from);
+    if (after)
+        sql += QStringLiteral(" WHERE (%1) > (?, ?)").arg(order);
+    sql += QStringLiteral(" ORDER BY %1 LIMIT 256").arg(order);
+    QStringList steps;
+    const QVariantList values = after ? QVariantList{10, QStringLiteral("10/b")} : QVariantList();
+    for (const platform::Row& r : db.select(sql, values))
+        steps << r.text(QStringLiteral("detail"));
+    return steps.join(QStringLiteral("; "));
 }
 
 } // namespace
@@ -112,6 +134,60 @@ private slots:
         QVERIFY(!store::prepareDataFolder(folder, true, &error));
         QVERIFY(error.contains("already"));
         QCOMPARE(testsupport::readFile(folder + "/causora.mdb"), before);
+    }
+
+    // The number's value, then its text with letter case ignored; read in pages of two, each
+    // starting right after the last row of the one before.
+    void caseListPagesFollowTheOrder()
+    {
+        testsupport::TestFolder folder;
+        QVERIFY(folder.open());
+        platform::Database& db = folder.db();
+        QVERIFY(db.exec("INSERT INTO ugyfelek (ukod, unev1) VALUES (1, 'Ügyfél')"));
+        for (const char* n : {"11/B", "11/a", "100", "11", "9", "11/c", "10/b", "10/A", "x/1"})
+            QVERIFY(db.exec("INSERT INTO ugyek (ugyszam, ugyfelkod) VALUES (?, 1)", {n}));
+        const platform::ListPager pager(db, store::Cases::list());
+        QStringList numbers;
+        QVariantList after;
+        platform::Rows rows;
+        do {
+            QString error;
+            QVERIFY2(pager.page(after, 2, &rows, nullptr, &error), qPrintable(error));
+            for (const platform::Row& r : rows)
+                numbers << r.text("ugyszam");
+            if (!rows.empty())
+                after = pager.orderValues(rows.back());
+        } while (rows.size() == 2);
+        QCOMPARE(numbers,
+                 (QStringList{"x/1", "9", "10/A", "10/b", "11", "11/a", "11/B", "11/c", "100"}));
+    }
+
+    // The index gives the rows in the list's order, so the first rows come without sorting the
+    // whole register; an older file's index of that name is made anew at start-up.
+    void theIndexServesTheCaseOrder_data()
+    {
+        QTest::addColumn<bool>("olderIndex");
+        QTest::newRow("new file") << false;
+        QTest::newRow("file with the older index") << true;
+    }
+    void theIndexServesTheCaseOrder()
+    {
+        QFETCH(bool, olderIndex);
+        testsupport::TestFolder folder;
+        QVERIFY(folder.open());
+        platform::Database& db = folder.db();
+        if (olderIndex) {
+            QVERIFY(db.exec("DROP INDEX ugyek_sorrend"));
+            QVERIFY(db.exec("CREATE INDEX ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)"));
+            store::adatfrissites(db);
+        }
+        QCOMPARE(db.scalar("SELECT sql FROM sqlite_master WHERE name = 'ugyek_sorrend'").toString(),
+                 store::caseOrderIndex());
+        for (const bool after : {false, true}) {
+            const QString steps = plan(db, store::Cases::list(), after);
+            QVERIFY2(steps.contains("USING INDEX ugyek_sorrend") && !steps.contains("TEMP B-TREE"),
+                     qPrintable(steps));
+        }
     }
 };
 
