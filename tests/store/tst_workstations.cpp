@@ -17,7 +17,6 @@
 #include "store/Prepare.h"
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <sys/stat.h>
 #include <QApplication>
@@ -154,16 +153,6 @@ private slots:
         platform::Database& db = Session::instance().database;
         std::unique_ptr<QWidget> shown;
         QWidget search;
-        const QMap<QString, std::function<QWidget*()>> makers = {
-                {"Ugyek",
-                 [&] {
-                     return new cases::Ugyek(db, {"300/0", store::Cases::list(), &search}, {});
-                 }},
-                {"Partnerek", [&] { return new clients::Partnerek(db); }},
-                {"irszam", [&] { return new reference::irszam(db); }},
-                {"utkozesek", [&] { return new utkozesek(db); }},
-                {"felir", [&] { return new felir(db); }},
-        };
         if (screen == "Ugyfelek") {
             clients::install(Session::instance().screens, db);
             Session::instance().screens.showClient({"300", store::Clients::list(), &search});
@@ -180,11 +169,21 @@ private slots:
             grid->scrollTo(grid->model()->index(middle, 1));
             QVERIFY(!list->forras().value(middle, "unev1").toString().isEmpty());
             QVERIFY(list->forras().pagesHeld() <= 8);
+        } else if (screen == "Ugyek") {
+            auto* record = new cases::Ugyek(db, {"300/0", store::Cases::list(), &search}, {});
+            shown.reset(record);
+            record->show();
+            record->ugyfeltolt();
         } else {
-            shown.reset(makers.value(screen)());
+            if (screen == "Partnerek")
+                shown.reset(new clients::Partnerek(db));
+            else if (screen == "irszam")
+                shown.reset(new reference::irszam(db));
+            else if (screen == "utkozesek")
+                shown.reset(new utkozesek(db));
+            else
+                shown.reset(new felir(db));
             shown->show();
-            if (auto* ugyek = qobject_cast<cases::Ugyek*>(shown.get()))
-                ugyek->ugyfeltolt();
         }
         QVERIFY(shown && shown->isVisible());
         QCoreApplication::processEvents();
