@@ -1,17 +1,29 @@
+// Opening the data folder at start-up: the settings line, the missing files, the engine's look
+// at credentials and at the marks of the two files, a save a stopped workstation left behind, the
+// session's start values, the data-location screen, and the error log failures are written to.
 #include "TestSupport.h"
 
+#include "platform/Display.h"
 #include "session/Session.h"
+#include "store/Access.h"
+#include "store/Credentials.h"
 #include "store/DataLocation.h"
+#include "store/ErrorLog.h"
+#include "store/Prepare.h"
 #include "store/dataeler.h"
 
 #include <QApplication>
+#include <QDate>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
+using platform::Database;
+using platform::Failure;
 using testsupport::TestFolder;
 
 namespace {
@@ -56,186 +68,272 @@ class tst_adatmegnyitas : public QObject
 {
     Q_OBJECT
 private slots:
-    void opensWithQuotedAndUnquotedLines_data();
-    void opensWithQuotedAndUnquotedLines();
-    void failuresShowTheirMessageAndTouchNothing_data();
-    void failuresShowTheirMessageAndTouchNothing();
-    void engineRefusalEndsTheStart();
-    void startingValuesOfTheSession_data();
-    void startingValuesOfTheSession();
-    void locationScreenWritesTheQuotedLine();
-};
-
-void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("dataFile");
-    // <data> stands for the data folder.
-    QTest::newRow("quoted") << "\"path=<data>\"\r\n"
-                            << "<data>/causora.mdb";
-    QTest::newRow("unquoted") << "path=<data>\r\n"
-                              << "<data>/causora.mdb";
-    QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n"
-                                        << "<data>//causora.mdb";
-    QTest::newRow("other lines around") << "[x]\r\n\"path=<data>\"\r\nmore\r\n"
-                                        << "<data>/causora.mdb";
-    QTest::newRow("line feed only") << "path=<data>\n"
-                                    << "<data>/causora.mdb";
-}
-
-void tst_adatmegnyitas::opensWithQuotedAndUnquotedLines()
-{
-    QFETCH(QString, line);
-    QFETCH(QString, dataFile);
-    TestFolder folder;
-    testsupport::writeFile(folder.programFolder() + "/jog.ini",
-                           line.replace("<data>", folder.dataFolder()).toLocal8Bit());
-    testsupport::MessageRecorder messages;
-    platform::Database db;
-    store::StartValues start;
-    QVERIFY(store::adatmegnyitas(db, &start));
-    QVERIFY(messages.shown().isEmpty());
-    dataFile.replace("<data>", folder.dataFolder());
-    QCOMPARE(start.dataFilePath, dataFile);
-    QCOMPARE(start.workgroupFilePath, dataFile.replace("causora.mdb", "caujog.mdw"));
-    QVERIFY(db.isOpen());
-    QVERIFY(!db.isReadOnly());
-    // The store opens the database it is given; the session is left to take the values.
-    QVERIFY(!testsupport::database().isOpen());
-    QVERIFY(Session::instance().dataFilePath.isEmpty());
-}
-
-void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing_data()
-{
-    QTest::addColumn<QString>("setup");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<bool>("locationScreen");
-    // In the messages, <program> stands for the program folder and <data> for the data folder:
-    // markers that no folder name can hold.
-    QTest::newRow("no settings file") << "no ini"
-                                      << "<program>/jog.ini    Not found " << false;
-    QTest::newRow("empty settings file") << "empty ini"
-                                         << "Bad inifile" << true;
-    QTest::newRow("no path entry") << "no path"
-                                   << "Bad inifile" << true;
-    QTest::newRow("no line end") << "no line end"
-                                 << "Bad inifile" << true;
-    QTest::newRow("no data file") << "no mdb"
-                                  << "<data>/causora.mdb   Not found" << true;
-    QTest::newRow("no account file") << "no mdw"
-                                     << "<data>/caujog.mdw  <nincsmeg>" << false;
-}
-
-void tst_adatmegnyitas::failuresShowTheirMessageAndTouchNothing()
-{
-    QFETCH(QString, setup);
-    QFETCH(QString, message);
-    QFETCH(bool, locationScreen);
-    TestFolder folder;
-    const QString ini = folder.programFolder() + "/jog.ini";
-    const QByteArray good = ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit();
-    if (setup == "empty ini")
-        testsupport::writeFile(ini, "");
-    else if (setup == "no path")
-        testsupport::writeFile(ini, "adat=" + folder.dataFolder().toLocal8Bit() + "\r\n");
-    else if (setup == "no line end")
-        testsupport::writeFile(ini, "\"path=" + folder.dataFolder().toLocal8Bit() + "\"");
-    else if (setup != "no ini")
-        testsupport::writeFile(ini, good);
-    if (setup == "no mdb")
-        QFile::remove(folder.dataFile());
-    if (setup == "no mdw")
-        QFile::remove(folder.dataFolder() + "/caujog.mdw");
-
-    // The expected text of nincsmeg is the catalogue's own Hungarian text.
-    if (setup == "no mdw") {
-        platform::Database db;
-        QVERIFY(db.openForReading(folder.dataFile(), nullptr));
-        message.replace(
-                "<nincsmeg>",
-                db.scalar("SELECT uzen1 FROM uzenetek WHERE uzenkod = 'nincsmeg'").toString());
-    }
-    message.replace(QLatin1String("<program>"), folder.programFolder());
-    message.replace(QLatin1String("<data>"), folder.dataFolder());
-
-    const QStringList before = snapshot(folder.root());
-    testsupport::MessageRecorder messages;
-    LocationScreenWatcher watcher;
-    QVERIFY(!Session::instance().start(folder.db()));
-    QCOMPARE(messages.texts(), QStringList{message});
-    QCOMPARE(watcher.shown, locationScreen);
-    QCOMPARE(snapshot(folder.root()), before);
-    QVERIFY(!testsupport::database().isOpen());
-}
-
-void tst_adatmegnyitas::engineRefusalEndsTheStart()
-{
-    TestFolder folder;
-    testsupport::writeFile(folder.dataFile(), "this is not a database");
-    const QStringList before = snapshot(folder.root());
-    testsupport::MessageRecorder messages;
-    QVERIFY(!folder.open());
-    QCOMPARE(messages.shown().size(), 1);
-    // The office's words in the box, the engine's in the error log.
-    QVERIFY(messages.texts().first().startsWith("Ez a fájl nem a program adatfájlja"));
-    QVERIFY(testsupport::readFile(folder.programFolder() + "/hiba.txt")
-                    .contains("Unrecognized database format"));
-    QCOMPARE(messages.shown().first().style, int(platform::ErrorNotice));
-    // Only jog.ini, written by the test, is new.
-    QStringList after = snapshot(folder.root());
-    after.removeIf(
-            [](const QString& f) { return f.contains("/jog.ini ") || f.contains("/hiba.txt "); });
-    QCOMPARE(after, before);
-}
-
-void tst_adatmegnyitas::startingValuesOfTheSession_data()
-{
-    QTest::addColumn<int>("kelllogon");
-    QTest::addColumn<QStringList>("lawyers");
-    QTest::addColumn<QString>("rights");
-    QTest::addColumn<QString>("defaultLawyer");
-    QTest::newRow("no login needed, no lawyer") << 0 << QStringList() << QString(20, u'1') << "";
-    QTest::newRow("login needed, one lawyer")
-            << -1 << QStringList{"Dr. Kis Anna"} << QString(20, u'0') << "Dr. Kis Anna";
-    QTest::newRow("two lawyers") << 0 << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"}
-                                 << QString(20, u'1') << "";
-}
-
-void tst_adatmegnyitas::startingValuesOfTheSession()
-{
-    QFETCH(int, kelllogon);
-    QFETCH(QStringList, lawyers);
-    QFETCH(QString, rights);
-    QFETCH(QString, defaultLawyer);
-    TestFolder folder;
+    void opensWithQuotedAndUnquotedLines_data()
     {
-        platform::Database db;
-        QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
-        QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {kelllogon}));
-        for (const QString& l : lawyers)
-            QVERIFY(db.exec("INSERT INTO ugyvedek (ugyvednev) VALUES (?)", {l}));
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("dataFile");
+        // <data> stands for the data folder.
+        QTest::newRow("quoted") << "\"path=<data>\"\r\n"
+                                << "<data>/causora.mdb";
+        QTest::newRow("unquoted") << "path=<data>\r\n"
+                                  << "<data>/causora.mdb";
+        QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n"
+                                            << "<data>//causora.mdb";
+        QTest::newRow("other lines around") << "[x]\r\n\"path=<data>\"\r\nmore\r\n"
+                                            << "<data>/causora.mdb";
+        QTest::newRow("line feed only") << "path=<data>\n"
+                                        << "<data>/causora.mdb";
     }
-    QVERIFY(folder.open());
-    const Session& s = Session::instance();
-    QCOMPARE(s.dataFilePath, folder.dataFile());
-    QCOMPARE(s.rights, rights);
-    QCOMPARE(s.language, qint16(3));
-    QCOMPARE(s.userName, QString());
-    QCOMPARE(s.defaultLawyer, defaultLawyer);
-}
+    void opensWithQuotedAndUnquotedLines()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, dataFile);
+        TestFolder folder;
+        testsupport::writeFile(folder.programFolder() + "/jog.ini",
+                               line.replace("<data>", folder.dataFolder()).toLocal8Bit());
+        testsupport::MessageRecorder messages;
+        platform::Database db;
+        store::StartValues start;
+        QVERIFY(store::adatmegnyitas(db, &start));
+        QVERIFY(messages.shown().isEmpty());
+        dataFile.replace("<data>", folder.dataFolder());
+        QCOMPARE(start.dataFilePath, dataFile);
+        QCOMPARE(start.workgroupFilePath, dataFile.replace("causora.mdb", "caujog.mdw"));
+        QVERIFY(db.isOpen() && !db.isReadOnly());
+    }
 
-void tst_adatmegnyitas::locationScreenWritesTheQuotedLine()
-{
-    TestFolder folder;
-    dataeler screen;
-    QCOMPARE(screen.currentFolder(), folder.programFolder());
-    screen.setFolder(folder.dataFolder() + "/");
-    QTest::mouseClick(screen.findChild<QPushButton*>("ok"), Qt::LeftButton);
-    QCOMPARE(testsupport::readFile(folder.programFolder() + "/jog.ini"),
-             ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
-    // The line it writes is read back as the same folder.
-    QVERIFY(folder.open());
-}
+    void failuresShowTheirMessageAndTouchNothing_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("locationScreen");
+        // In the messages, <program> stands for the program folder and <data> for the data
+        // folder: markers that no folder name can hold.
+        QTest::addRow("no settings file") << "<program>/jog.ini    Not found " << false;
+        QTest::addRow("empty settings file") << "Bad inifile" << true;
+        QTest::addRow("no path entry") << "Bad inifile" << true;
+        QTest::addRow("no line end") << "Bad inifile" << true;
+        QTest::addRow("no data file") << "<data>/causora.mdb   Not found" << true;
+        QTest::addRow("no account file") << "<data>/caujog.mdw  <nincsmeg>" << false;
+    }
+    void failuresShowTheirMessageAndTouchNothing()
+    {
+        QFETCH(QString, message);
+        QFETCH(bool, locationScreen);
+        const QString setup = QTest::currentDataTag();
+        TestFolder folder;
+        const QString ini = folder.programFolder() + "/jog.ini";
+        if (setup == "empty settings file")
+            testsupport::writeFile(ini, "");
+        else if (setup == "no path entry")
+            testsupport::writeFile(ini, "adat=" + folder.dataFolder().toLocal8Bit() + "\r\n");
+        else if (setup == "no line end")
+            testsupport::writeFile(ini, "\"path=" + folder.dataFolder().toLocal8Bit() + "\"");
+        else if (setup != "no settings file")
+            testsupport::writeFile(ini, ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
+        if (setup == "no data file")
+            QFile::remove(folder.dataFile());
+        if (setup == "no account file")
+            QFile::remove(folder.dataFolder() + "/caujog.mdw");
+
+        message.replace(QLatin1String("<nincsmeg>"), store::catalogueMessage("nincsmeg", 1));
+        message.replace(QLatin1String("<program>"), folder.programFolder());
+        message.replace(QLatin1String("<data>"), folder.dataFolder());
+
+        const QStringList before = snapshot(folder.root());
+        testsupport::MessageRecorder messages;
+        LocationScreenWatcher watcher;
+        QVERIFY(!Session::instance().start(folder.db()));
+        QCOMPARE(messages.texts(), QStringList{message});
+        QCOMPARE(watcher.shown, locationScreen);
+        QCOMPARE(snapshot(folder.root()), before);
+        QVERIFY(!testsupport::database().isOpen());
+    }
+
+    void startingValuesOfTheSession_data()
+    {
+        QTest::addColumn<int>("kelllogon");
+        QTest::addColumn<QStringList>("lawyers");
+        QTest::addColumn<QString>("rights");
+        QTest::addColumn<QString>("defaultLawyer");
+        QTest::newRow("no login needed, no lawyer")
+                << 0 << QStringList() << QString(20, u'1') << "";
+        QTest::newRow("login needed, one lawyer")
+                << -1 << QStringList{"Dr. Kis Anna"} << QString(20, u'0') << "Dr. Kis Anna";
+        QTest::newRow("two lawyers")
+                << 0 << QStringList{"Dr. Kis Anna", "Dr. Nagy Béla"} << QString(20, u'1') << "";
+    }
+    void startingValuesOfTheSession()
+    {
+        QFETCH(int, kelllogon);
+        QFETCH(QStringList, lawyers);
+        QFETCH(QString, rights);
+        QFETCH(QString, defaultLawyer);
+        TestFolder folder;
+        {
+            platform::Database db;
+            QVERIFY(db.openUnchecked(folder.dataFile(), nullptr));
+            QVERIFY(db.exec("UPDATE parameterek SET kelllogon = ?, alapnyelv = 3", {kelllogon}));
+            for (const QString& l : lawyers)
+                QVERIFY(db.exec("INSERT INTO ugyvedek (ugyvednev) VALUES (?)", {l}));
+        }
+        QVERIFY(folder.open());
+        const Session& s = Session::instance();
+        QCOMPARE(s.dataFilePath, folder.dataFile());
+        QCOMPARE(s.rights, rights);
+        QCOMPARE(s.language, qint16(3));
+        QCOMPARE(s.defaultLawyer, defaultLawyer);
+    }
+
+    void locationScreenWritesTheQuotedLine()
+    {
+        TestFolder folder;
+        dataeler screen;
+        QCOMPARE(screen.currentFolder(), folder.programFolder());
+        screen.setFolder(folder.dataFolder() + "/");
+        QTest::mouseClick(screen.findChild<QPushButton*>("ok"), Qt::LeftButton);
+        QCOMPARE(testsupport::readFile(folder.programFolder() + "/jog.ini"),
+                 ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
+        // The line it writes is read back as the same folder.
+        QVERIFY(folder.open());
+    }
+
+    void refusesBadCredentialsAndForeignFiles_data()
+    {
+        // One thing changed from a good opening: "user=", "password=" or "connect=" replaces that
+        // value; "data:<bytes>" or "account:<bytes>" overwrites that file; "swap" names each file
+        // as the other; "no account file" removes it.
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("expected"); // <data> and <account> stand for the files' paths
+        QTest::addColumn<Failure>("failure");
+        const QString badAccount = store::accountOrPasswordError();
+        const QString badPassword = "Not a valid password.";
+        const QString notOurs = "Unrecognized database format '%1'.";
+        QTest::addRow("wrong account") << "user=Kiss Béla" << badAccount << Failure::Refused;
+        QTest::addRow("wrong account password")
+                << "password=vm4818" << badAccount << Failure::Refused;
+        QTest::addRow("wrong database password")
+                << "connect=pwd=xx" << badPassword << Failure::Refused;
+        QTest::addRow("no database password") << "connect=uid=x" << badPassword << Failure::Refused;
+        QTest::addRow("text file") << "data:path=C:\\x\r\n"
+                                   << notOurs.arg("<data>") << Failure::NotCausora;
+        QTest::addRow("empty file") << "data:" << notOurs.arg("<data>") << Failure::NotCausora;
+        QTest::addRow("text account file") << "account:[accounts]\r\n"
+                                           << notOurs.arg("<account>") << Failure::NotCausora;
+        // Each file is a database of the program, but not of the kind it is taken for.
+        QTest::addRow("files swapped") << "swap" << notOurs.arg("<account>") << Failure::NotCausora;
+        QTest::addRow("no account file") << "no account file"
+                                         << "Could not find file '<account>'." << Failure::Missing;
+    }
+    void refusesBadCredentialsAndForeignFiles()
+    {
+        QFETCH(QString, change);
+        QFETCH(QString, expected);
+        QFETCH(Failure, failure);
+        QString account = store::databaseAccount();
+        QString password = store::databasePassword();
+        QString connect = store::connectText();
+        TestFolder folder;
+        QString file = folder.dataFile();
+        QString accounts = folder.dataFolder() + "/caujog.mdw";
+        const QString value = change.section(QRegularExpression("[=:]"), 1);
+        if (change.startsWith("user="))
+            account = value;
+        else if (change.startsWith("password="))
+            password = value;
+        else if (change.startsWith("connect="))
+            connect = value;
+        else if (change.startsWith("data:"))
+            testsupport::writeFile(file, value.toLatin1());
+        else if (change.startsWith("account:"))
+            testsupport::writeFile(accounts, value.toLatin1());
+        else if (change == "swap")
+            std::swap(file, accounts);
+        else if (change == "no account file")
+            QVERIFY(QFile::remove(accounts));
+        expected.replace("<data>", file).replace("<account>", accounts);
+        const QByteArray dataBefore = testsupport::readFile(file);
+        const QByteArray accountsBefore = testsupport::readFile(accounts);
+        const QDateTime modified = QFileInfo(file).lastModified();
+
+        Database db;
+        QString error;
+        QVERIFY(!store::openDataFile(db, file, accounts, account, password, connect, &error));
+        QCOMPARE(error, expected);
+        QCOMPARE(db.lastFailure(), failure);
+        QVERIFY(!db.isOpen());
+        // Nothing was written to the files that failed to open.
+        QCOMPARE(testsupport::readFile(file), dataBefore);
+        QCOMPARE(testsupport::readFile(accounts), accountsBefore);
+        QCOMPARE(QFileInfo(file).lastModified(), modified);
+        QVERIFY(!QFileInfo::exists(file + "-journal"));
+        QVERIFY(!QFileInfo::exists(accounts + "-journal"));
+    }
+
+    void opensAfterAWorkstationStoppedInTheMiddleOfASave()
+    {
+        // The files as a workstation killed during a save leaves them: the data file already
+        // holding part of the save (a small cache spills it early) and the journal holding what the
+        // save overwrote.
+        TestFolder data;
+        QVERIFY(data.open());
+        Database& db = data.db();
+        const QString folder = data.dataFolder();
+        const QString crashed = data.root() + "/crashed";
+        QVERIFY(QDir().mkpath(crashed));
+        const double before = db.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble();
+        QVERIFY(db.exec("PRAGMA cache_size = 2"));
+        QVERIFY(db.begin());
+        // Long enough to fill more pages than the cache holds, however many messages there are.
+        QVERIFY(db.exec("UPDATE uzenetek SET uzen1 = uzen1 || ?", {QString(2000, u'x')}));
+        for (const QString name : {"causora.mdb", "causora.mdb-journal", "caujog.mdw"})
+            QVERIFY(QFile::copy(folder + '/' + name, crashed + '/' + name));
+        db.rollback();
+        QVERIFY(testsupport::readFile(crashed + "/causora.mdb")
+                != testsupport::readFile(data.dataFile()));
+
+        // The next workstation gets in, and finds the file as it was before the broken save.
+        Database next;
+        QString error;
+        QVERIFY2(store::openDataFile(next, crashed + "/causora.mdb", crashed + "/caujog.mdw",
+                                     store::databaseAccount(), store::databasePassword(),
+                                     store::connectText(), &error),
+                 qPrintable(error));
+        QVERIFY(!next.isReadOnly());
+        QCOMPARE(next.scalar("SELECT total(length(uzen1)) FROM uzenetek").toDouble(), before);
+        QVERIFY(!QFileInfo::exists(crashed + "/causora.mdb-journal"));
+    }
+
+    void appendsOneLinePerFailure()
+    {
+        TestFolder folder;
+        const QString log = folder.programFolder() + "/hiba.txt";
+        const QByteArray date = "Dátum: " + QDate::currentDate().toString("yyyy.MM.dd").toUtf8();
+
+        store::hibanaplo("UGYEK", "LOAD", "Disk or network error.");
+        const QByteArray first
+                = date + " ** Modul: UGYEK ** Helye: LOAD ** Hiba: Disk or network error.\r\n";
+        QCOMPARE(testsupport::readFile(log), first);
+        // A second failure adds its own line, which ends as any other without a description.
+        store::hibanaplo("Emailkuldo", "Emailkuld", QString());
+        QCOMPARE(testsupport::readFile(log),
+                 first + date + " ** Modul: Emailkuldo ** Helye: Emailkuld ** Hiba: \r\n");
+    }
+
+    void unwritableLogIsPassedOverInSilence()
+    {
+        // A folder that does not exist, and a log name taken by a folder: neither can be written
+        // (the tests may run as root, for whom permissions do not stop a write).
+        TestFolder folder;
+        platform::setProgramFolder("/nonexistent/causora");
+        store::hibanaplo("UGYEK", "g5", "x");
+        QVERIFY(!QFile::exists("/nonexistent/causora/hiba.txt"));
+
+        QVERIFY(QDir(folder.programFolder()).mkdir("hiba.txt"));
+        platform::setProgramFolder(folder.programFolder());
+        store::hibanaplo("UGYEK", "g6", "y");
+        QVERIFY(QFileInfo(folder.programFolder() + "/hiba.txt").isDir());
+    }
+};
 
 QTEST_MAIN(tst_adatmegnyitas)
 #include "tst_adatmegnyitas.moc"

@@ -5,6 +5,7 @@
 #include "store/Cases.h"
 #include "store/Clients.h"
 #include "store/Conflicts.h"
+#include "store/NameMatch.h"
 #include "store/Partners.h"
 #include "store/Upgrade.h"
 
@@ -36,10 +37,9 @@ class tst_conflicts : public QObject
     }
     void addCase(const QString& number, const QString& opponent, const QString& lawyer = {})
     {
-        QCOMPARE(store::Cases(db())
-                         .add({{"ugyszam", number}, {"ellnev", opponent}, {"ellugyvnev", lawyer}})
-                         .result,
-                 store::Written::Stored);
+        QVERIFY(store::Cases(db())
+                        .add({{"ugyszam", number}, {"ellnev", opponent}, {"ellugyvnev", lawyer}})
+                        .stored());
     }
 
 private slots:
@@ -49,6 +49,20 @@ private slots:
         QVERIFY(m_folder->open());
     }
     void cleanup() { m_folder.reset(); }
+
+    // Ways of writing one name that the register's cases below do not show.
+    void sameNameWrittenDifferently()
+    {
+        const store::NameMatch match;
+        const QList<QPair<QString, QString>> pairs = {{"Nagy-Szabó, Anna", "nagy szabo anna"},
+                                                      {"Alpha S.A.", "Alpha SA"},
+                                                      {"Kovács & Társa", "Kovács és Társa Zrt."},
+                                                      {"Straße GmbH", "STRASSE"},
+                                                      {"Őri Ödön", "ori odon"},
+                                                      {"Kft.", "KFT"}};
+        for (const auto& [a, b] : pairs)
+            QVERIFY2(!match.key(a).isEmpty() && match.key(a) == match.key(b), qPrintable(a));
+    }
 
     void namesMatchWhateverTheirWriting()
     {
@@ -75,6 +89,8 @@ private slots:
         // A client's name against the cases' opponents.
         QCOMPARE(described(check.casesAgainst("Kovács Társa")),
                  QStringList({"3 1 Társa és Kovács Zrt."}));
+        // The office's own list decides what a legal form is.
+        QCOMPARE(store::NameMatch("Társa").key("Kovács és Társa Kft."), QString("kft kovacs"));
     }
 
     void keysAreWrittenWithTheNames()
@@ -82,25 +98,20 @@ private slots:
         const QVariant c = client("Alfa Kft.");
         const QVariant p = partner("Béta Bt.");
         addCase("5", "Gamma GmbH", "Dr. Delta");
-        auto key = [&](const char* sql, const QVariant& k) {
-            return db().scalar(sql, {k}).toString();
+        const auto keys = [&] {
+            return db()
+                    .scalar("SELECT (SELECT unev1egyezo FROM ugyfelek WHERE ukod = ?) || '|' "
+                            "|| (SELECT pnev1egyezo FROM partner WHERE pkod = ?) || '|' || "
+                            "ellnevegyezo || '|' || ifnull(ellugyvnevegyezo, '') FROM ugyek "
+                            "WHERE ugyszam = '5'",
+                            {c, p})
+                    .toString();
         };
-        QCOMPARE(key("SELECT unev1egyezo FROM ugyfelek WHERE ukod = ?", c), QString("alfa"));
-        QCOMPARE(key("SELECT pnev1egyezo FROM partner WHERE pkod = ?", p), QString("beta"));
-        QCOMPARE(key("SELECT ellnevegyezo FROM ugyek WHERE ugyszam = ?", "5"), QString("gamma"));
-        QCOMPARE(key("SELECT ellugyvnevegyezo FROM ugyek WHERE ugyszam = ?", "5"),
-                 QString("delta dr"));
-
-        QCOMPARE(store::Clients(db()).change(c, {{"unev1", "Omega"}}).result,
-                 store::Written::Stored);
-        QCOMPARE(store::Partners(db()).change(p, {{"pnev1", "Szigma"}}).result,
-                 store::Written::Stored);
-        QCOMPARE(store::Cases(db()).change("5", {{"ellnev", "Kappa"}, {"ellugyvnev", ""}}).result,
-                 store::Written::Stored);
-        QCOMPARE(key("SELECT unev1egyezo FROM ugyfelek WHERE ukod = ?", c), QString("omega"));
-        QCOMPARE(key("SELECT pnev1egyezo FROM partner WHERE pkod = ?", p), QString("szigma"));
-        QCOMPARE(key("SELECT ellnevegyezo FROM ugyek WHERE ugyszam = ?", "5"), QString("kappa"));
-        QCOMPARE(key("SELECT ellugyvnevegyezo FROM ugyek WHERE ugyszam = ?", "5"), QString(""));
+        QCOMPARE(keys(), QString("alfa|beta|gamma|delta dr"));
+        QVERIFY(store::Clients(db()).change(c, {{"unev1", "Omega"}}).stored());
+        QVERIFY(store::Partners(db()).change(p, {{"pnev1", "Szigma"}}).stored());
+        QVERIFY(store::Cases(db()).change("5", {{"ellnev", "Kappa"}, {"ellugyvnev", ""}}).stored());
+        QCOMPARE(keys(), QString("omega|szigma|kappa|"));
     }
 
     void rowsWrittenWithoutKeysGetThemAtStart()
@@ -112,9 +123,6 @@ private slots:
                           "VALUES ('7', 'KOVACS BELA', NULL)"));
         QVERIFY(store::Conflicts(db()).matches("Kovács Béla").isEmpty());
         store::adatfrissites(db());
-        QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek WHERE unev1egyezo = 'bela kovacs'")
-                         .toInt(),
-                 1);
         QCOMPARE(store::Conflicts(db()).matches("Kovács Béla").size(), 3);
         // A name that is not there needs no key.
         QVERIFY(db().scalar("SELECT ellugyvnevegyezo FROM ugyek WHERE ugyszam = '7'").isNull());
@@ -149,11 +157,6 @@ private slots:
                               "10|Ellenfél|Kovacs es Tarsa Kft.|ügyfél " + ck + "|Kovács és Társa",
                               "10|Ellenfél|Kovacs es Tarsa Kft.|ügy 2|Tarsa Kovacs",
                               "10|Ellenfél ügyvédje|Nagy|partner " + p.toString() + "|Nagy Bt."}));
-        // In English.
-        platform::Rows english;
-        QVERIFY(platform::ListPager(db(), store::Conflicts::list(3))
-                        .page({}, 1, &english, nullptr, nullptr));
-        QCOMPARE(english.front().text("rekord"), "client " + ck);
         QCOMPARE(pager.count(nullptr), 5);
     }
 };

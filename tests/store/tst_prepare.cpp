@@ -1,6 +1,12 @@
+// The data file as prepared: every table and column as the sqlite3 tool sees them, the starting
+// rows, an existing file never overwritten, and the case list's order with the index serving it.
 #include "TestSupport.h"
 
+#include "platform/ListQuery.h"
+#include "store/Cases.h"
 #include "store/Prepare.h"
+#include "store/Schema.h"
+#include "store/Upgrade.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -18,139 +24,166 @@ QString sqliteTool(const QString& file, const QString& sql)
            + QString::fromUtf8(p.readAllStandardError());
 }
 
+// How the engine reads the list's first page, or a page after a given row.
+QString plan(platform::Database& db, const platform::ListQuery& q, bool after)
+{
+    const QString order = q.order.join(QStringLiteral(", "));
+    QString sql = QStringLiteral("EXPLAIN QUERY PLAN SELECT %1, %2 FROM %3")
+                          .arg(q.columns, order, q.from);
+    if (after)
+        sql += QStringLiteral(" WHERE (%1) > (?, ?)").arg(order);
+    sql += QStringLiteral(" ORDER BY %1 LIMIT 256").arg(order);
+    QStringList steps;
+    const QVariantList values = after ? QVariantList{10, QStringLiteral("10/b")} : QVariantList();
+    for (const platform::Row& r : db.select(sql, values))
+        steps << r.text(QStringLiteral("detail"));
+    return steps.join(QStringLiteral("; "));
+}
+
 } // namespace
 
 class tst_prepare : public QObject
 {
     Q_OBJECT
 private slots:
-    void sqliteToolSeesEveryTableAndColumn();
-    void startingRowsArePresent();
-    void demoFolderHoldsBelievableData();
-    void neverOverwritesAnExistingDataFile();
-};
+    void sqliteToolSeesEveryTableAndColumn()
+    {
+        QTemporaryDir dir;
+        QString error;
+        QVERIFY2(store::prepareDataFolder(dir.filePath("adat"), false, &error), qPrintable(error));
+        const QString file = dir.filePath("adat/causora.mdb");
 
-void tst_prepare::sqliteToolSeesEveryTableAndColumn()
-{
-    QTemporaryDir dir;
-    QString error;
-    QVERIFY2(store::prepareDataFolder(dir.filePath("adat"), false, &error), qPrintable(error));
-    const QString file = dir.filePath("adat/causora.mdb");
+        // Each table with its columns in their order.
+        const QStringList expected = {
+                "alszamok: xx fougyszam alugyszam aldatum almegjegyz",
+                "felhasznalo: felhnev loginnev jelszo felhnyelv felhjog alapugyv",
+                "irsz: irszsorszam orszag irsz hely",
+                "nyelvek: nyelvkod nyelvnev",
+                "orszagok: orszagnev",
+                "parameterek: alapnyelv verzio kelllogon utolsoment modemport elotag tonepulse",
+                "partner: pkod pnev1 pnev2 porszag pirsz phely putca ptel1 ptel2 pfax pemail "
+                "pnev1egyezo",
+                "tipusok: tipus",
+                "ugyek: ugyszam ugyfelkod ugytipus ugyved kezdet zaras megjegyzes ellnev ellorszag "
+                "ellhely ellutca ellirsz elltelefon ellugyvnev ellugyvorsz ellugyvhely ellugyvutca "
+                "ellugyvirsz ellugyvtel1 ellugyvtel2 ellugyvfax ellugyvemail feljegyzes kezdete "
+                "ellnevegyezo ellugyvnevegyezo",
+                "ugyfelek: ukod unev1 unev2 uorszag uirsz uhely uutca utel1 utel2 ufax uemail "
+                "ucegprivat uanyja uszemszam uadoszam ucegszam unev1kulcs unev1egyezo",
+                "ugyvedek: ugyvednev",
+                "uzenetek: uzenkod uzen1 uzen2 uzen3"};
+        QStringList tables;
+        for (const QString& t : expected)
+            tables << t.section(':', 0, 0);
+        const QString listed = sqliteTool(
+                file, "SELECT name || ': ' || (SELECT group_concat(name, ' ') FROM "
+                      "pragma_table_info(m.name)) FROM sqlite_master m WHERE name IN ('"
+                              + tables.join("', '") + "') ORDER BY name");
+        QCOMPARE(listed.split('\n', Qt::SkipEmptyParts), expected);
+        // The caption table: the key and 147 text columns.
+        const QStringList felirat
+                = sqliteTool(file, "SELECT name FROM pragma_table_info('felirat')")
+                          .split('\n', Qt::SkipEmptyParts);
+        QCOMPARE(felirat.size(), 148);
+        QCOMPARE(felirat.first(), QStringLiteral("felirkod"));
+        for (const char* c : {"1sz1", "1sz39", "1g10", "2sz31", "3g1", "3sz39"})
+            QVERIFY2(felirat.contains(c), c);
+        QCOMPARE(sqliteTool(file,
+                            "SELECT type FROM pragma_table_info('felirat') WHERE name = '2sz31'")
+                         .trimmed(),
+                 QStringLiteral("TEXT(20)"));
 
-    const QMap<QString, QStringList> expected = {
-            {"ugyek",
-             {"ugyszam",         "ugyfelkod",    "ugytipus",    "ugyved",      "kezdet",
-              "zaras",           "megjegyzes",   "ellnev",      "ellorszag",   "ellhely",
-              "ellutca",         "ellirsz",      "elltelefon",  "ellugyvnev",  "ellugyvorsz",
-              "ellugyvhely",     "ellugyvutca",  "ellugyvirsz", "ellugyvtel1", "ellugyvtel2",
-              "ellugyvfax",      "ellugyvemail", "feljegyzes",  "kezdete",     "ellnevegyezo",
-              "ellugyvnevegyezo"}},
-            {"ugyfelek",
-             {"ukod", "unev1", "unev2", "uorszag", "uirsz", "uhely", "uutca", "utel1", "utel2",
-              "ufax", "uemail", "ucegprivat", "uanyja", "uszemszam", "uadoszam", "ucegszam",
-              "unev1kulcs", "unev1egyezo"}},
-            {"partner",
-             {"pkod", "pnev1", "pnev2", "porszag", "pirsz", "phely", "putca", "ptel1", "ptel2",
-              "pfax", "pemail", "pnev1egyezo"}},
-            {"orszagok", {"orszagnev"}},
-            {"tipusok", {"tipus"}},
-            {"ugyvedek", {"ugyvednev"}},
-            {"irsz", {"irszsorszam", "orszag", "irsz", "hely"}},
-            {"felhasznalo", {"felhnev", "loginnev", "jelszo", "felhnyelv", "felhjog", "alapugyv"}},
-            {"nyelvek", {"nyelvkod", "nyelvnev"}},
-            {"parameterek",
-             {"alapnyelv", "verzio", "kelllogon", "utolsoment", "modemport", "elotag",
-              "tonepulse"}},
-            {"uzenetek", {"uzenkod", "uzen1", "uzen2", "uzen3"}},
-            {"alszamok", {"xx", "fougyszam", "alugyszam", "aldatum", "almegjegyz"}},
-    };
-    for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
-        const QString cols = sqliteTool(
-                file, QString("SELECT name FROM pragma_table_info('%1')").arg(it.key()));
-        QCOMPARE(cols.split('\n', Qt::SkipEmptyParts), it.value());
+        const QString indexes
+                = sqliteTool(file, "SELECT name FROM sqlite_master WHERE type = 'index'");
+        QVERIFY(indexes.contains("uzenind"));
+        for (const char* t :
+             {"ugyek", "partner", "orszagok", "tipusok", "ugyvedek", "irsz", "felirat"})
+            QVERIFY2(indexes.contains(QString("%1_primarykey").arg(t)), t);
+        QCOMPARE(sqliteTool(file, "PRAGMA integrity_check").trimmed(), QStringLiteral("ok"));
     }
-    // The caption table: the key and 147 text columns.
-    const QStringList felirat = sqliteTool(file, "SELECT name FROM pragma_table_info('felirat')")
-                                        .split('\n', Qt::SkipEmptyParts);
-    QCOMPARE(felirat.size(), 148);
-    QCOMPARE(felirat.first(), QStringLiteral("felirkod"));
-    for (const char* c : {"1sz1", "1sz39", "1g10", "2sz31", "3g1", "3sz39"})
-        QVERIFY2(felirat.contains(c), c);
-    QCOMPARE(sqliteTool(file, "SELECT type FROM pragma_table_info('felirat') WHERE name = '2sz31'")
-                     .trimmed(),
-             QStringLiteral("TEXT(20)"));
 
-    const QString indexes = sqliteTool(file, "SELECT name FROM sqlite_master WHERE type = 'index'");
-    QVERIFY(indexes.contains("uzenind"));
-    for (const char* t : {"ugyek", "partner", "orszagok", "tipusok", "ugyvedek", "irsz", "felirat"})
-        QVERIFY2(indexes.contains(QString("%1_primarykey").arg(t)), t);
-    QCOMPARE(sqliteTool(file, "PRAGMA integrity_check").trimmed(), QStringLiteral("ok"));
-    // A used entry cannot be deleted through the tool either.
-    QVERIFY(sqliteTool(file, "INSERT INTO ugyfelek (unev1, uorszag) VALUES ('X', 'Ausztria');"
-                             "DELETE FROM orszagok WHERE orszagnev = 'Ausztria';")
-                    .contains("includes related records"));
-}
+    void startingRowsArePresent()
+    {
+        testsupport::TestFolder folder;
+        QVERIFY(folder.open());
+        platform::Database& db = folder.db();
+        QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
+                 QStringLiteral("1,2,3"));
+        // The whole Hungarian postal code list, codes that serve several places included.
+        QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(),
+                 3574);
+        QVERIFY(db.scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
+        QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
+                         .toString(),
+                 QStringLiteral("Wien"));
+    }
 
-void tst_prepare::startingRowsArePresent()
-{
-    testsupport::TestFolder folder;
-    QVERIFY(folder.open());
-    platform::Database& db = folder.db();
-    QCOMPARE(db.scalar("SELECT count(*) FROM parameterek").toInt(), 1);
-    QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
-             QStringLiteral("1,2,3"));
-    // The whole Hungarian postal code list, codes that serve several places included.
-    QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(), 3574);
-    QVERIFY(db.scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
-    QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
-                     .toString(),
-             QStringLiteral("Wien"));
-    for (const char* key : {"Alap", "Login", "keres", "keres2", "Ugyfelek"})
-        QVERIFY2(db.scalar("SELECT count(*) FROM felirat WHERE felirkod = ?", {key}).toInt() == 1,
-                 key);
-    for (const char* code : {"nincsjog", "kilep", "nincsmeg", "hibasadat"})
-        QVERIFY2(!db.scalar("SELECT uzen2 FROM uzenetek WHERE uzenkod = ?", {code})
-                          .toString()
-                          .isEmpty(),
-                 code);
-}
+    void neverOverwritesAnExistingDataFile()
+    {
+        QTemporaryDir dir;
+        const QString folder = dir.filePath("adat");
+        QVERIFY(store::prepareDataFolder(folder, false, nullptr));
+        const QByteArray before = testsupport::readFile(folder + "/causora.mdb");
+        QString error;
+        QVERIFY(!store::prepareDataFolder(folder, true, &error));
+        QVERIFY(error.contains("already"));
+        QCOMPARE(testsupport::readFile(folder + "/causora.mdb"), before);
+    }
 
-void tst_prepare::demoFolderHoldsBelievableData()
-{
-    testsupport::TestFolder folder(true);
-    QVERIFY(folder.open());
-    platform::Database& db = folder.db();
-    QStringList numbers;
-    for (const auto& r : db.select("SELECT ugyszam FROM ugyek ORDER BY val(ugyszam), ugyszam"))
-        numbers << r.text("ugyszam");
-    QVERIFY(numbers.indexOf("9") < numbers.indexOf("10"));
-    QVERIFY(numbers.indexOf("10") < numbers.indexOf("10/A"));
-    QVERIFY(numbers.contains("2019/123"));
-    // Every case belongs to a client that exists.
-    QCOMPARE(db.scalar("SELECT count(*) FROM ugyek WHERE ugyfelkod NOT IN (SELECT ukod FROM "
-                       "ugyfelek)")
-                     .toInt(),
-             0);
-    QVERIFY(db.scalar("SELECT count(*) FROM partner").toInt() > 0);
-    QCOMPARE(db.scalar("SELECT count(*) FROM orszagok WHERE orszagnev IN ('Magyarország', "
-                       "'Ausztria')")
-                     .toInt(),
-             2);
-    QVERIFY(db.scalar("SELECT count(*) FROM tipusok").toInt() > 1);
-    QVERIFY(db.scalar("SELECT count(*) FROM ugyvedek").toInt() > 1);
-}
+    // The number's value, then its text with letter case ignored; read in pages of two, each
+    // starting right after the last row of the one before.
+    void caseListPagesFollowTheOrder()
+    {
+        testsupport::TestFolder folder;
+        QVERIFY(folder.open());
+        platform::Database& db = folder.db();
+        QVERIFY(db.exec("INSERT INTO ugyfelek (ukod, unev1) VALUES (1, 'Ügyfél')"));
+        for (const char* n : {"11/B", "11/a", "100", "11", "9", "11/c", "10/b", "10/A", "x/1"})
+            QVERIFY(db.exec("INSERT INTO ugyek (ugyszam, ugyfelkod) VALUES (?, 1)", {n}));
+        const platform::ListPager pager(db, store::Cases::list());
+        QStringList numbers;
+        QVariantList after;
+        platform::Rows rows;
+        do {
+            QString error;
+            QVERIFY2(pager.page(after, 2, &rows, nullptr, &error), qPrintable(error));
+            for (const platform::Row& r : rows)
+                numbers << r.text("ugyszam");
+            if (!rows.empty())
+                after = pager.orderValues(rows.back());
+        } while (rows.size() == 2);
+        QCOMPARE(numbers,
+                 (QStringList{"x/1", "9", "10/A", "10/b", "11", "11/a", "11/B", "11/c", "100"}));
+    }
 
-void tst_prepare::neverOverwritesAnExistingDataFile()
-{
-    QTemporaryDir dir;
-    const QString folder = dir.filePath("adat");
-    QVERIFY(store::prepareDataFolder(folder, false, nullptr));
-    const QByteArray before = testsupport::readFile(folder + "/causora.mdb");
-    QString error;
-    QVERIFY(!store::prepareDataFolder(folder, true, &error));
-    QVERIFY(error.contains("already"));
-    QCOMPARE(testsupport::readFile(folder + "/causora.mdb"), before);
-}
+    // The index gives the rows in the list's order, so the first rows come without sorting the
+    // whole register; an older file's index of that name is made anew at start-up.
+    void theIndexServesTheCaseOrder_data()
+    {
+        QTest::addColumn<bool>("olderIndex");
+        QTest::newRow("new file") << false;
+        QTest::newRow("file with the older index") << true;
+    }
+    void theIndexServesTheCaseOrder()
+    {
+        QFETCH(bool, olderIndex);
+        testsupport::TestFolder folder;
+        QVERIFY(folder.open());
+        platform::Database& db = folder.db();
+        if (olderIndex) {
+            QVERIFY(db.exec("DROP INDEX ugyek_sorrend"));
+            QVERIFY(db.exec("CREATE INDEX ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)"));
+            store::adatfrissites(db);
+        }
+        QCOMPARE(db.scalar("SELECT sql FROM sqlite_master WHERE name = 'ugyek_sorrend'").toString(),
+                 store::caseOrderIndex());
+        for (const bool after : {false, true}) {
+            const QString steps = plan(db, store::Cases::list(), after);
+            QVERIFY2(steps.contains("USING INDEX ugyek_sorrend") && !steps.contains("TEMP B-TREE"),
+                     qPrintable(steps));
+        }
+    }
+};
 
 QTEST_MAIN(tst_prepare)
 #include "tst_prepare.moc"

@@ -20,18 +20,15 @@ struct Confirmed
     QMap<QString, QStringList> cases; // number -> client key, note
     QSet<QString> deletedCases;
     QSet<QString> triedNames;
-    QStringList pending; // the save a workstation had not seen the end of when it stopped
-    QList<QStringList> unfinished; // the same for each earlier run that was killed
+    // The saves a killed run had not seen the end of: each may have happened all the same.
+    QList<QStringList> unfinished;
     int saves = 0;
 
     void read(const QString& path)
     {
         QFile f(path);
         QVERIFY(f.open(QIODevice::ReadOnly));
-        // The save an earlier killed run left without an outcome may have happened all the same.
-        if (!pending.isEmpty())
-            unfinished << pending;
-        pending.clear();
+        QStringList pending;
         for (const QByteArray& bytes : f.readAll().split('\n')) {
             const QStringList fields = QString::fromUtf8(bytes).split(u'\t');
             if (fields.size() < 3)
@@ -59,14 +56,16 @@ struct Confirmed
             else
                 cases[fields[2]] = fields.mid(3);
         }
+        if (!pending.isEmpty())
+            unfinished << pending;
     }
-    // True when the unfinished save may have changed or deleted this row.
+    // True when an unfinished save may have changed or deleted this row.
     bool mayDiffer(const QString& table, const QString& key) const
     {
         const auto touches = [&](const QStringList& save) {
             return save.size() > 2 && save[0] != "add" && save[1] == table && save[2] == key;
         };
-        return touches(pending) || std::any_of(unfinished.cbegin(), unfinished.cend(), touches);
+        return std::any_of(unfinished.cbegin(), unfinished.cend(), touches);
     }
 };
 
@@ -123,53 +122,49 @@ class tst_stress : public QObject
 {
     Q_OBJECT
 private slots:
-    void twoWorkstationsLoseNothing();
-    void killedWorkstationLosesNothingConfirmed();
-};
-
-void tst_stress::twoWorkstationsLoseNothing()
-{
-    testsupport::TestFolder folder(true);
-    QVERIFY(folder.isValid());
-    QProcess a, b;
-    const QString logA = runDriver(a, folder.dataFolder(), "T1", 150);
-    const QString logB = runDriver(b, folder.dataFolder(), "T2", 150);
-    for (QProcess* p : {&a, &b}) {
-        QVERIFY(p->waitForFinished(60000));
-        QVERIFY2(p->exitCode() == 0, p->readAllStandardError().constData());
-        const QByteArray report = p->readAllStandardOutput();
-        QVERIFY2(report.contains("\"saves\": 150,"), report.constData());
-        QVERIFY2(report.contains("\"busy_unhandled\": 0,") && report.contains("\"unexpected\": 0}"),
-                 report.constData());
-    }
-    Confirmed confirmed;
-    confirmed.read(logA);
-    confirmed.read(logB);
-    QCOMPARE(confirmed.saves, 300);
-    verify(folder.dataFolder(), confirmed);
-}
-
-void tst_stress::killedWorkstationLosesNothingConfirmed()
-{
-    testsupport::TestFolder folder(true);
-    QVERIFY(folder.isValid());
-    Confirmed confirmed;
-    for (int i = 1; i <= 6; ++i) {
-        QProcess p;
-        const QString log = runDriver(p, folder.dataFolder(), QString("K%1").arg(i), 0);
-        QVERIFY(p.waitForStarted());
-        QTest::qWait(150 + 40 * i);
-        p.kill();
-        QVERIFY(p.waitForFinished());
-        QCOMPARE(p.exitStatus(), QProcess::CrashExit);
-        if (QFile::exists(log))
-            confirmed.read(log);
+    void twoWorkstationsLoseNothing()
+    {
+        testsupport::TestFolder folder(true);
+        QProcess a, b;
+        const QString logA = runDriver(a, folder.dataFolder(), "T1", 150);
+        const QString logB = runDriver(b, folder.dataFolder(), "T2", 150);
+        for (QProcess* p : {&a, &b}) {
+            QVERIFY(p->waitForFinished(60000));
+            QVERIFY2(p->exitCode() == 0, p->readAllStandardError().constData());
+            const QByteArray report = p->readAllStandardOutput();
+            QVERIFY2(report.contains("\"saves\": 150,"), report.constData());
+            QVERIFY2(report.contains("\"busy_unhandled\": 0,")
+                             && report.contains("\"unexpected\": 0}"),
+                     report.constData());
+        }
+        Confirmed confirmed;
+        confirmed.read(logA);
+        confirmed.read(logB);
+        QCOMPARE(confirmed.saves, 300);
         verify(folder.dataFolder(), confirmed);
-        if (QTest::currentTestFailed())
-            return;
     }
-    QVERIFY(confirmed.saves > 0);
-}
+
+    void killedWorkstationLosesNothingConfirmed()
+    {
+        testsupport::TestFolder folder(true);
+        Confirmed confirmed;
+        for (int i = 1; i <= 6; ++i) {
+            QProcess p;
+            const QString log = runDriver(p, folder.dataFolder(), QString("K%1").arg(i), 0);
+            QVERIFY(p.waitForStarted());
+            QTest::qWait(150 + 40 * i);
+            p.kill();
+            QVERIFY(p.waitForFinished());
+            QCOMPARE(p.exitStatus(), QProcess::CrashExit);
+            if (QFile::exists(log))
+                confirmed.read(log);
+            verify(folder.dataFolder(), confirmed);
+            if (QTest::currentTestFailed())
+                return;
+        }
+        QVERIFY(confirmed.saves > 0);
+    }
+};
 
 QTEST_MAIN(tst_stress)
 #include "tst_stress.moc"
