@@ -15,6 +15,7 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "records/ConflictNotice.h"
+#include "records/DateShape.h"
 #include "session/Session.h"
 #include "store/Cases.h"
 #include "store/ErrorLog.h"
@@ -465,7 +466,7 @@ void Ugyek::ugyszamvizsg()
 void Ugyek::keltezes(QLineEdit* field)
 {
     const QString text = field->text();
-    const QString shaped = shapeTypedDate(text);
+    const QString shaped = records::shapeTypedDate(text);
     if (shaped != text) {
         field->setText(shaped);
         field->end(false);
@@ -711,7 +712,7 @@ bool Ugyek::eventFilter(QObject* watched, QEvent* event)
     case QEvent::KeyRelease: {
         const auto* key = static_cast<QKeyEvent*>(event);
         if ((watched == m_ui->kezdet || watched == m_ui->zaras) && !key->isAutoRepeat()
-            && shapesDate(key->key()))
+            && records::shapesDate(key->key()))
             keltezes(static_cast<QLineEdit*>(watched));
         break;
     }

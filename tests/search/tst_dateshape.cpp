@@ -1,4 +1,4 @@
-#include "search/DateShape.h"
+#include "records/DateShape.h"
 
 #include <QTest>
 
@@ -32,7 +32,7 @@ private slots:
     {
         QFETCH(QString, field);
         QFETCH(QString, shaped);
-        QCOMPARE(search::shapeTypedDate(field), shaped);
+        QCOMPARE(records::shapeTypedDate(field), shaped);
     }
 
     void filterIsYearMonthOrDay_data()
@@ -54,7 +54,7 @@ private slots:
     {
         QFETCH(QString, field);
         QFETCH(QString, filter);
-        QCOMPARE(search::dateFilter(field), filter);
+        QCOMPARE(records::dateFilter(field), filter);
     }
 };
 
