@@ -192,16 +192,11 @@ Ugyek::~Ugyek() = default;
 
 bool Ugyek::event(QEvent* event)
 {
-    // The screen becomes active from another screen of the program, not from its own message
-    // boxes or from another program.
-    if (event->type() == QEvent::WindowDeactivate) {
-        const QWidget* next = QApplication::activeWindow();
-        m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
-                             && next->windowModality() == Qt::NonModal;
-    } else if (event->type() == QEvent::WindowActivate && (m_activateOnReturn || !m_activated)) {
-        m_activateOnReturn = false;
+    // The first activation, and each coming back from another screen of the program; not the
+    // return from its own message boxes or from another program.
+    const bool back = m_return.returning(this, event);
+    if (back || (event->type() == QEvent::WindowActivate && !m_activated))
         Activate();
-    }
     return QWidget::event(event);
 }
 
