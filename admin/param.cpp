@@ -8,7 +8,7 @@
 #include "store/Parameters.h"
 
 #include <QApplication>
-#include <QCloseEvent>
+#include <QShowEvent>
 #include <QSignalBlocker>
 
 namespace admin {
@@ -28,7 +28,7 @@ void setOption(QRadioButton* option, bool checked)
 } // namespace
 
 param::param(platform::Database& db, QWidget* parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::param>()), m_db(db)
+    : CloseStepDialog(parent), m_ui(std::make_unique<Ui::param>()), m_db(db)
 {
     m_ui->setupUi(this);
     m_ui->alapnyelv->hide();
@@ -40,7 +40,7 @@ param::~param() = default;
 
 void param::showEvent(QShowEvent* e)
 {
-    QDialog::showEvent(e);
+    CloseStepDialog::showEvent(e);
     if (!e->spontaneous())
         Activate();
 }
@@ -60,7 +60,6 @@ void param::feltolt()
 
 void param::Activate()
 {
-    m_closing = false;
     feliratoz(this);
     feltolt();
     QString error;
@@ -117,24 +116,7 @@ void param::g5_Click()
     // What could not be stored stays on screen to be closed again.
     if (!reportWrite(store::Parameters(m_db).save(values), module, QStringLiteral("g5"), this))
         return;
-    m_closing = true;
-    done(QDialog::Accepted);
-}
-
-void param::reject()
-{
-    g5_Click();
-}
-
-void param::closeEvent(QCloseEvent* e)
-{
-    // The window's close box stores the settings as Bezár does.
-    if (m_closing) {
-        QDialog::closeEvent(e);
-        return;
-    }
-    e->ignore();
-    g5_Click();
+    finish(QDialog::Accepted);
 }
 
 } // namespace admin

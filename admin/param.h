@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/CloseStepDialog.h"
 #include "platform/Database.h"
 
 #include <memory>
-#include <QDialog>
 
 namespace Ui {
 class param;
@@ -15,7 +15,7 @@ namespace admin {
 // it is chosen; the login flag and the modem's port, prefix and dialling mode are stored when
 // the screen closes, however it is closed. The version and the date of the last backup are only
 // shown.
-class param : public QDialog
+class param : public platform::CloseStepDialog
 {
     Q_OBJECT
 public:
@@ -28,16 +28,15 @@ public slots:
     void feltolt();
     void nyelve_LostFocus();
     void g5_Click();
-    void reject() override;
 
 protected:
     void showEvent(QShowEvent* e) override;
-    void closeEvent(QCloseEvent* e) override;
+    // Esc and the close box store the settings as Bezár does.
+    void closeStep() override { g5_Click(); }
 
 private:
     std::unique_ptr<Ui::param> m_ui;
     platform::Database& m_db;
-    bool m_closing = false;
 };
 
 } // namespace admin

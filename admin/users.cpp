@@ -12,7 +12,7 @@
 #include "store/Users.h"
 
 #include <array>
-#include <QCloseEvent>
+#include <QShowEvent>
 #include <QSignalBlocker>
 
 namespace admin {
@@ -55,7 +55,7 @@ QList<records::Button> userButtons()
 } // namespace
 
 users::users(platform::Database& db, QWidget* parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::users>()), m_db(db)
+    : CloseStepDialog(parent), m_ui(std::make_unique<Ui::users>()), m_db(db)
 {
     m_ui->setupUi(this);
     m_ui->felhnyelv->hide();
@@ -79,7 +79,7 @@ users::~users() = default;
 
 void users::showEvent(QShowEvent* e)
 {
-    QDialog::showEvent(e);
+    CloseStepDialog::showEvent(e);
     // Once per showing: a message box closing activates the window again, and that must not
     // refill the lists under an entry.
     if (!e->spontaneous())
@@ -345,24 +345,7 @@ void users::g5_Click()
 {
     if (!m_form->mayDiscard())
         return;
-    m_closing = true;
-    done(QDialog::Rejected);
-}
-
-void users::reject()
-{
-    // Esc closes as Bezár does.
-    g5_Click();
-}
-
-void users::closeEvent(QCloseEvent* e)
-{
-    if (m_closing) {
-        QDialog::closeEvent(e);
-        return;
-    }
-    e->ignore();
-    g5_Click();
+    finish(QDialog::Rejected);
 }
 
 } // namespace admin

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/CloseStepDialog.h"
 #include "platform/Database.h"
 
 #include <memory>
-#include <QDialog>
 #include <QVariant>
 
 class QCheckBox;
@@ -26,7 +26,7 @@ namespace admin {
 // at that user's next login.
 //
 // The hidden field hivo holds the edit mode: "" shown only, "1" a new user, "2" a change.
-class users : public QDialog
+class users : public platform::CloseStepDialog
 {
     Q_OBJECT
 public:
@@ -49,11 +49,11 @@ public slots:
     void g5_Click();
     void jelszo_GotFocus();
     void nyelve_LostFocus();
-    void reject() override;
 
 protected:
     void showEvent(QShowEvent* e) override;
-    void closeEvent(QCloseEvent* e) override;
+    // Esc and the close box close as Bezár does.
+    void closeStep() override { g5_Click(); }
     bool eventFilter(QObject* watched, QEvent* e) override;
 
 private:
@@ -70,7 +70,6 @@ private:
     records::RecordForm* m_form = nullptr;
     QVariant m_shown; // the key of the user shown, invalid when none
     QString m_shownName; // his name as stored
-    bool m_closing = false;
 };
 
 } // namespace admin

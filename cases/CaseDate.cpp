@@ -1,19 +1,8 @@
 #include "cases/CaseDate.h"
 
-#include <Qt>
-
 namespace cases {
 
 namespace {
-
-// The text less its last character; a character outside the Basic Multilingual Plane goes
-// whole, not half of it.
-QString withoutLastCharacter(const QString& text)
-{
-    const qsizetype n = text.size();
-    const bool pair = n >= 2 && text.at(n - 1).isLowSurrogate() && text.at(n - 2).isHighSurrogate();
-    return text.chopped(pair ? 2 : 1);
-}
 
 std::optional<int> number(const QString& part)
 {
@@ -27,43 +16,6 @@ std::optional<int> number(const QString& part)
 }
 
 } // namespace
-
-QString shapeTypedDate(const QString& text)
-{
-    const qsizetype n = text.size();
-    if (n == 0)
-        return text;
-    const QChar last = text.back();
-    const bool digit = last >= u'0' && last <= u'9';
-    if (n == 4 || n == 7)
-        return digit ? text + u'.' : withoutLastCharacter(text);
-    if (digit)
-        return text;
-    if ((last == u'.' || last == u'/') && (n == 5 || n == 8))
-        return text;
-    return withoutLastCharacter(text);
-}
-
-bool shapesDate(int key)
-{
-    switch (key) {
-    case Qt::Key_Backspace:
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
-    case Qt::Key_Clear:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Pause:
-    case Qt::Key_CapsLock:
-        return false;
-    default:
-        return true;
-    }
-}
 
 std::optional<QDate> readDate(const QString& text)
 {

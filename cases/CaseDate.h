@@ -6,16 +6,8 @@
 
 namespace cases {
 
-// A case's start and end dates are typed and kept as text "yyyy.mm.dd".
-
-// The field's text after one keystroke, shaped towards "yyyy.mm.dd": a point follows a
-// completed year and month by itself, a digit or a separator where one belongs stays, and any
-// other character just typed is taken back.
-QString shapeTypedDate(const QString& text);
-
-// The keys after which the typing aid runs: not Backspace, Tab, Enter, Shift, Ctrl, Alt, Pause
-// or Caps Lock, so that the user can still correct the text.
-bool shapesDate(int key);
+// A case's start and end dates are typed and kept as text "yyyy.mm.dd" (typed with the aid of
+// records/DateShape.h).
 
 // The date the text names, read by position: year = characters 1 to 4, month = 6 and 7, day =
 // 9 and 10, whatever stands between them. A month or day out of range carries over into the

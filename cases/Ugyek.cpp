@@ -15,6 +15,7 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "records/ConflictNotice.h"
+#include "records/DateShape.h"
 #include "session/Session.h"
 #include "store/Cases.h"
 #include "store/ErrorLog.h"
@@ -191,16 +192,11 @@ Ugyek::~Ugyek() = default;
 
 bool Ugyek::event(QEvent* event)
 {
-    // The screen becomes active from another screen of the program, not from its own message
-    // boxes or from another program.
-    if (event->type() == QEvent::WindowDeactivate) {
-        const QWidget* next = QApplication::activeWindow();
-        m_activateOnReturn = next && next != this && !QApplication::activeModalWidget()
-                             && next->windowModality() == Qt::NonModal;
-    } else if (event->type() == QEvent::WindowActivate && (m_activateOnReturn || !m_activated)) {
-        m_activateOnReturn = false;
+    // The first activation, and each coming back from another screen of the program; not the
+    // return from its own message boxes or from another program.
+    const bool back = m_return.returning(this, event);
+    if (back || (event->type() == QEvent::WindowActivate && !m_activated))
         Activate();
-    }
     return QWidget::event(event);
 }
 
@@ -465,7 +461,7 @@ void Ugyek::ugyszamvizsg()
 void Ugyek::keltezes(QLineEdit* field)
 {
     const QString text = field->text();
-    const QString shaped = shapeTypedDate(text);
+    const QString shaped = records::shapeTypedDate(text);
     if (shaped != text) {
         field->setText(shaped);
         field->end(false);
@@ -711,7 +707,7 @@ bool Ugyek::eventFilter(QObject* watched, QEvent* event)
     case QEvent::KeyRelease: {
         const auto* key = static_cast<QKeyEvent*>(event);
         if ((watched == m_ui->kezdet || watched == m_ui->zaras) && !key->isAutoRepeat()
-            && shapesDate(key->key()))
+            && records::shapesDate(key->key()))
             keltezes(static_cast<QLineEdit*>(watched));
         break;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ReturnActivation.h"
 #include "records/RecordForm.h"
 #include "session/Screens.h"
 
@@ -145,8 +146,8 @@ private:
     QString m_pendingName;
     // The field that last took the focus: its leaving counts only once it did.
     QPointer<QObject> m_focused;
+    platform::ReturnActivation m_return;
     bool m_activated = false;
-    bool m_activateOnReturn = false;
     bool m_unloading = false;
 };
 

@@ -4,6 +4,7 @@
 #include "locale/Uzenet.h"
 #include "session/Session.h"
 #include "store/ErrorLog.h"
+#include "store/Lookups.h"
 #include "store/PostalCodes.h"
 
 #include <QComboBox>
@@ -11,6 +12,7 @@
 #include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QSignalBlocker>
 
 namespace clients {
 
@@ -90,6 +92,16 @@ void AddressBlock::logFailures(const QString& module, const QString& codePlace,
     m_logModule = module;
     m_codePlace = codePlace;
     m_placePlace = placePlace;
+}
+
+void AddressBlock::refillCountries()
+{
+    const QString shown = m_country->currentText();
+    const QSignalBlocker blocker(m_country);
+    m_country->clear();
+    m_country->addItems(store::Lookups(m_db, store::LookupList::Countries).names());
+    m_country->setCurrentIndex(-1);
+    m_country->setEditText(shown);
 }
 
 void AddressBlock::irszbolhely()

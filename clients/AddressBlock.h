@@ -47,6 +47,8 @@ public:
     // look-up finds nothing.
     void logFailures(const QString& module, const QString& codePlace, const QString& placePlace);
     ComboAutoComplete* autoComplete() const { return m_autoComplete; }
+    // Fills the country box anew from the register; the text it shows stays.
+    void refillCountries();
 
 public slots:
     // On leaving the postal-code field.

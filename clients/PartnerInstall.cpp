@@ -1,29 +1,16 @@
 #include "clients/PartnerInstall.h"
 
 #include "clients/Partnerek.h"
+#include "records/LoadedScreen.h"
 
 #include <QApplication>
 
 namespace clients {
 
-namespace {
-
-Partnerek* loadedScreen()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* screen = qobject_cast<Partnerek*>(widget);
-        if (screen && !screen->isUnloading())
-            return screen;
-    }
-    return nullptr;
-}
-
-} // namespace
-
 void installPartners(Screens& screens, platform::Database& db)
 {
     screens.showPartners = [&db] {
-        Partnerek* screen = loadedScreen();
+        Partnerek* screen = records::loadedScreen<Partnerek>();
         if (!screen) {
             screen = new Partnerek(db);
             // A screen still open when the program ends goes with it.

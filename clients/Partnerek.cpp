@@ -12,12 +12,10 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "session/Session.h"
-#include "store/Lookups.h"
 #include "store/Partners.h"
 
 #include <QCloseEvent>
 #include <QItemSelectionModel>
-#include <QSignalBlocker>
 
 namespace clients {
 
@@ -102,16 +100,7 @@ void Partnerek::Activate()
     feliratoz(this);
     // The headings are the labels' texts, so they follow the language too.
     gridoszlopok();
-
-    // The list is filled anew; what the box shows stays.
-    const QString shown = m_ui->orszag->currentText();
-    {
-        const QSignalBlocker blocker(m_ui->orszag);
-        m_ui->orszag->clear();
-        m_ui->orszag->addItems(store::Lookups(m_db, store::LookupList::Countries).names());
-        m_ui->orszag->setCurrentIndex(-1);
-        m_ui->orszag->setEditText(shown);
-    }
+    m_address->refillCountries();
     platform::placeOnDisplay(this, 1.8);
 }
 

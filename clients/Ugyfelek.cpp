@@ -11,11 +11,9 @@
 #include "platform/Messages.h"
 #include "records/ConflictNotice.h"
 #include "store/Clients.h"
-#include "store/Lookups.h"
 
 #include <QButtonGroup>
 #include <QCloseEvent>
-#include <QSignalBlocker>
 
 namespace clients {
 
@@ -123,16 +121,7 @@ void Ugyfelek::Activate()
     feliratoz(this);
     if (mode() == Mode::NewForCase)
         m_ui->g5->setText(QStringLiteral("Ment és Vissza"));
-
-    // The list is filled anew; what the box shows stays.
-    const QString shown = m_ui->orszag->currentText();
-    {
-        const QSignalBlocker blocker(m_ui->orszag);
-        m_ui->orszag->clear();
-        m_ui->orszag->addItems(store::Lookups(m_db, store::LookupList::Countries).names());
-        m_ui->orszag->setCurrentIndex(-1);
-        m_ui->orszag->setEditText(shown);
-    }
+    m_address->refillCountries();
     platform::placeOnDisplay(this, 1.8);
 }
 

@@ -1,7 +1,7 @@
 // Fuzzes the date filter field of the search screen: the shaping after each keystroke and the
 // filter the case query takes from the field.
 #include "FuzzCheck.h"
-#include "search/DateShape.h"
+#include "records/DateShape.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ bool typedShape(const QString& field)
 // itself or the text less a trailing separator (and the blanks around what is left).
 void checkFilter(const QString& text)
 {
-    const QString filter = search::dateFilter(text);
+    const QString filter = records::dateFilter(text);
     const auto detail
             = [&]() -> QByteArray { return fuzz::shown(text) + " -> " + fuzz::shown(filter); };
     const qsizetype n = filter.size();
@@ -42,13 +42,13 @@ void checkFilter(const QString& text)
 // and shaping again and again comes to rest.
 void checkShape(const QString& text)
 {
-    const QString shaped = search::shapeTypedDate(text);
+    const QString shaped = records::shapeTypedDate(text);
     const auto detail
             = [&]() -> QByteArray { return fuzz::shown(text) + " -> " + fuzz::shown(shaped); };
     FUZZ_CHECK(shaped.size() <= text.size() + 1, detail());
     if (shaped.size() > text.size()) {
         FUZZ_CHECK(shaped == text + u'.', detail());
-        FUZZ_CHECK(search::shapeTypedDate(shaped) == shaped, detail());
+        FUZZ_CHECK(records::shapeTypedDate(shaped) == shaped, detail());
     } else if (shaped != text) {
         FUZZ_CHECK(text.startsWith(shaped), detail());
         const qsizetype removed = text.size() - shaped.size();
@@ -58,7 +58,7 @@ void checkShape(const QString& text)
 
     QString resting = shaped;
     for (qsizetype steps = 0; steps <= text.size() + 1; ++steps) {
-        const QString next = search::shapeTypedDate(resting);
+        const QString next = records::shapeTypedDate(resting);
         if (next == resting)
             return;
         resting = next;
@@ -76,12 +76,12 @@ void checkTyping(const QString& text)
         field += text.at(i);
         if (text.at(i).isHighSurrogate() && i + 1 < text.size())
             field += text.at(++i);
-        field = search::shapeTypedDate(field);
+        field = records::shapeTypedDate(field);
         const auto detail = [&]() -> QByteArray {
             return fuzz::shown(text) + " typed as " + fuzz::shown(field);
         };
         FUZZ_CHECK(typedShape(field), detail());
-        const QString filter = search::dateFilter(field);
+        const QString filter = records::dateFilter(field);
         const qsizetype n = field.size();
         if (n == 5 || n == 8)
             FUZZ_CHECK(filter == field.chopped(1), detail());
@@ -102,7 +102,7 @@ void checkDigits(const QString& text)
     }
     QString field;
     for (const QChar d : digits)
-        field = search::shapeTypedDate(field + d);
+        field = records::shapeTypedDate(field + d);
     QString expected = digits.left(4);
     if (digits.size() >= 4)
         expected += u'.' + digits.mid(4, 2);

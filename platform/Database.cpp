@@ -412,16 +412,7 @@ Row Database::first(const QString& sql, const QVariantList& params, QString* err
 
 QVariant Database::scalar(const QString& sql, const QVariantList& params, QString* error) const
 {
-    QSqlQuery q(connection());
-    q.setForwardOnly(true);
-    if (!run(q, sql, params, error))
-        return QVariant();
-    if (!q.next()) {
-        if (q.lastError().isValid())
-            failOn(q.lastError(), error);
-        return QVariant();
-    }
-    return q.value(0);
+    return first(sql, params, error).value(0);
 }
 
 bool Database::exec(const QString& sql, const QVariantList& params, QString* error)

@@ -30,14 +30,9 @@ public:
     bool reset(const ListQuery& query, QString* error)
     {
         beginResetModel();
+        forget();
         m_pager = std::make_unique<ListPager>(m_db, query);
-        m_pages.clear();
-        m_starts = {QVariantList()};
-        m_pagesRead = 0;
-        m_rows = 0;
         m_atEnd = false;
-        m_fields.clear();
-        m_headings.clear();
         const bool ok = readPage(0, error);
         if (!ok)
             m_atEnd = true;
@@ -48,14 +43,7 @@ public:
     void clear()
     {
         beginResetModel();
-        m_pager.reset();
-        m_pages.clear();
-        m_starts = {QVariantList()};
-        m_pagesRead = 0;
-        m_rows = 0;
-        m_atEnd = true;
-        m_fields.clear();
-        m_headings.clear();
+        forget();
         endResetModel();
     }
 
@@ -146,6 +134,19 @@ public:
     int pagesHeld() const { return int(m_pages.size()); }
 
 private:
+    // No list: nothing read, nothing kept.
+    void forget()
+    {
+        m_pager.reset();
+        m_pages.clear();
+        m_starts = {QVariantList()};
+        m_pagesRead = 0;
+        m_rows = 0;
+        m_atEnd = true;
+        m_fields.clear();
+        m_headings.clear();
+    }
+
     // Reads page n: from the start, or after the last row of page n - 1.
     bool read(int n, Rows* rows, QString* error) const
     {

@@ -9,7 +9,8 @@
 namespace records {
 
 // A record screen exists once: the one of its class that is loaded (shown or hidden) and not
-// being unloaded. The screen class has isUnloading(), entryPending() and unload(bool).
+// being unloaded. The screen class has isUnloading(); givesWay also uses its entryPending() and
+// unload(bool).
 template<class Screen>
 Screen* loadedScreen()
 {

@@ -8,7 +8,7 @@
 #include "store/PostalCodes.h"
 
 #include <QApplication>
-#include <QCloseEvent>
+#include <QShowEvent>
 
 namespace reference {
 
@@ -27,7 +27,7 @@ QString defaultCountry()
 } // namespace
 
 irszam::irszam(platform::Database& db, QWidget* parent)
-    : QDialog(parent)
+    : CloseStepDialog(parent)
     , m_ui(std::make_unique<Ui::irszam>())
     , m_db(db)
     , m_source(new platform::ListSource(db, this))
@@ -69,7 +69,7 @@ bool irszam::event(QEvent* e)
 
 void irszam::showEvent(QShowEvent* e)
 {
-    QDialog::showEvent(e);
+    CloseStepDialog::showEvent(e);
     if (!e->spontaneous())
         Activate();
 }
@@ -253,29 +253,7 @@ void irszam::g5_Click()
 {
     if (!m_form->mayDiscard())
         return;
-    m_unloading = true;
-    close();
-}
-
-void irszam::closeEvent(QCloseEvent* e)
-{
-    // The window's close box closes as Bezár does.
-    if (!m_unloading) {
-        e->ignore();
-        g5_Click();
-        return;
-    }
-    QDialog::closeEvent(e);
-}
-
-void irszam::reject()
-{
-    // Escape closes as Bezár does.
-    if (!m_unloading) {
-        g5_Click();
-        return;
-    }
-    QDialog::reject();
+    finish(QDialog::Rejected);
 }
 
 } // namespace reference

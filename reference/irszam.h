@@ -1,12 +1,11 @@
 #pragma once
 
-#include "platform/ReturnActivation.h"
-
+#include "platform/CloseStepDialog.h"
 #include "platform/ListSource.h"
+#include "platform/ReturnActivation.h"
 #include "records/RecordForm.h"
 
 #include <memory>
-#include <QDialog>
 #include <QVariant>
 
 class QListWidgetItem;
@@ -20,7 +19,7 @@ namespace reference {
 // The postal-code register: a country chosen from orszlst, its postal codes and places in the
 // grid DataGrid2, and one row in the fields irsz and hely, added, changed and deleted there.
 // A row is always written and deleted by its key, the one of the row last activated.
-class irszam : public QDialog
+class irszam : public platform::CloseStepDialog
 {
     Q_OBJECT
 public:
@@ -55,8 +54,8 @@ public slots:
 protected:
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
-    void reject() override;
+    // Esc and the close box close as Bezár does.
+    void closeStep() override { g5_Click(); }
 
 private:
     // Shows the chosen country's rows again, as choosing it does.
@@ -73,7 +72,6 @@ private:
     Mode m_mode = Nothing;
     QVariant m_key;
     int m_chosenCountry = -1;
-    bool m_unloading = false;
     platform::ReturnActivation m_return;
 };
 

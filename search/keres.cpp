@@ -8,7 +8,7 @@
 #include "platform/ListSource.h"
 #include "platform/Messages.h"
 #include "platform/Printer.h"
-#include "search/DateShape.h"
+#include "records/DateShape.h"
 #include "search/ListCommands.h"
 #include "session/Jog.h"
 #include "session/Session.h"
@@ -20,33 +20,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
-
-namespace {
-
-// Keys below this code (Backspace, Tab, Enter, Shift, Ctrl, Alt, Pause, Caps Lock) leave the
-// date filter as typed, so that the user can still correct it.
-bool shapesDate(int key)
-{
-    switch (key) {
-    case Qt::Key_Backspace:
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
-    case Qt::Key_Clear:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Pause:
-    case Qt::Key_CapsLock:
-        return false;
-    default:
-        return true;
-    }
-}
-
-} // namespace
 
 keres::keres(platform::Database& db, QWidget* parent)
     : QWidget(parent)
@@ -123,7 +96,7 @@ void keres::szukites()
                                        ui->ker4->text(), ui->ker5->text()}));
     else
         showList(store::Cases::list({ui->ker1->text(), ui->ker2->text(), ui->ker3->text(),
-                                     ui->ker4->text(), search::dateFilter(ui->ker5->text())}));
+                                     ui->ker4->text(), records::dateFilter(ui->ker5->text())}));
 }
 
 void keres::showList(const platform::ListQuery& list)
@@ -238,7 +211,7 @@ void keres::keltezes()
     // Shapes the date filter into "yyyy.mm.dd" while it is typed.
     QLineEdit* field = ui->ker5;
     const QString text = field->text();
-    const QString shaped = search::shapeTypedDate(text);
+    const QString shaped = records::shapeTypedDate(text);
     if (shaped != text) {
         field->setText(shaped);
         field->end(false);
@@ -252,7 +225,7 @@ bool keres::eventFilter(QObject* watched, QEvent* e)
         if (!key->isAutoRepeat()) {
             if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
                 szukites();
-            } else if (watched == ui->ker5 && !clientsMode() && shapesDate(key->key())) {
+            } else if (watched == ui->ker5 && !clientsMode() && records::shapesDate(key->key())) {
                 keltezes();
             }
         }

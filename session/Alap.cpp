@@ -194,6 +194,12 @@ void Alap::megnyit(Right right, const std::function<void()>& show, bool hidesMen
     show();
 }
 
+void Alap::megnyit(Right right, const std::function<void(const QString&)>& show,
+                   const QString& mode, bool hidesMenu)
+{
+    megnyit(right, show ? [show, mode] { show(mode); } : std::function<void()>(), hidesMenu);
+}
+
 void Alap::g1_Click()
 {
     if (const auto& show = Session::instance().screens.showLogin)
@@ -207,37 +213,29 @@ void Alap::g2_Click()
 
 void Alap::g3_Click()
 {
-    const auto& show = Session::instance().screens.showSearch;
-    megnyit(Right::ClientSearch,
-            show ? [show] { show(QStringLiteral("1")); } : std::function<void()>(), true);
+    megnyit(Right::ClientSearch, Session::instance().screens.showSearch, QStringLiteral("1"), true);
 }
 
 void Alap::g4_Click()
 {
-    const auto& show = Session::instance().screens.showSearch;
-    megnyit(Right::CaseSearch,
-            show ? [show] { show(QStringLiteral("2")); } : std::function<void()>(), true);
+    megnyit(Right::CaseSearch, Session::instance().screens.showSearch, QStringLiteral("2"), true);
 }
 
 void Alap::g5_Click()
 {
-    const auto& show = Session::instance().screens.showLookupList;
-    megnyit(Right::CountriesAndPostalCodes,
-            show ? [show] { show(QStringLiteral("1")); } : std::function<void()>(), false);
+    megnyit(Right::CountriesAndPostalCodes, Session::instance().screens.showLookupList,
+            QStringLiteral("1"), false);
 }
 
 void Alap::g6_Click()
 {
-    const auto& show = Session::instance().screens.showLookupList;
-    megnyit(Right::CaseTypes,
-            show ? [show] { show(QStringLiteral("2")); } : std::function<void()>(), false);
+    megnyit(Right::CaseTypes, Session::instance().screens.showLookupList, QStringLiteral("2"),
+            false);
 }
 
 void Alap::g7_Click()
 {
-    const auto& show = Session::instance().screens.showLookupList;
-    megnyit(Right::Lawyers, show ? [show] { show(QStringLiteral("3")); } : std::function<void()>(),
-            false);
+    megnyit(Right::Lawyers, Session::instance().screens.showLookupList, QStringLiteral("3"), false);
 }
 
 void Alap::g8_Click()

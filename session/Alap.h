@@ -40,6 +40,10 @@ private:
     void helyez();
     void captionConflicts();
     void megnyit(Right right, const std::function<void()>& show, bool hidesMenu);
+    // The same for a screen opened in one of its modes (the search screen's tipus, the lookup
+    // list's hivo).
+    void megnyit(Right right, const std::function<void(const QString&)>& show, const QString& mode,
+                 bool hidesMenu);
     void mutat();
 
     void g1_Click();

@@ -30,6 +30,18 @@ Written outcome(Written::Result result, const QVariant& key)
     return {result, platform::Failure::None, QString(), key};
 }
 
+// A write of one row by its key, done inside the transaction: no row changed means another
+// workstation deleted it meanwhile, and there is nothing to commit.
+Written settled(platform::Database& db, platform::Transaction& t, int changed, const QVariant& key)
+{
+    if (changed == 0)
+        return outcome(Written::Gone, key);
+    QString error;
+    if (!t.commit(&error))
+        return Written::failed(db, error);
+    return outcome(Written::Stored, key);
+}
+
 } // namespace
 
 Written changeRow(platform::Database& db, const QString& table, const QString& keyColumn,
@@ -43,11 +55,7 @@ Written changeRow(platform::Database& db, const QString& table, const QString& k
     if (!db.update(table, values, platform::Database::quoteName(keyColumn) + QStringLiteral(" = ?"),
                    {key}, &error, &changed))
         return Written::failed(db, error);
-    if (changed == 0)
-        return outcome(Written::Gone, key);
-    if (!t.commit(&error))
-        return Written::failed(db, error);
-    return outcome(Written::Stored, key);
+    return settled(db, t, changed, key);
 }
 
 Written removeRow(platform::Database& db, const QString& table, const QString& keyColumn,
@@ -68,11 +76,7 @@ Written removeRow(platform::Database& db, const QString& table, const QString& k
     if (!db.remove(table, platform::Database::quoteName(keyColumn) + QStringLiteral(" = ?"), {key},
                    &error, &changed))
         return Written::failed(db, error);
-    if (changed == 0)
-        return outcome(Written::Gone, key);
-    if (!t.commit(&error))
-        return Written::failed(db, error);
-    return outcome(Written::Stored, key);
+    return settled(db, t, changed, key);
 }
 
 } // namespace store

@@ -1,4 +1,4 @@
-#include "search/DateShape.h"
+#include "records/DateShape.h"
 
 #include <QTest>
 
@@ -38,7 +38,7 @@ private slots:
     {
         QFETCH(bool, shape);
         QFETCH(QString, field);
-        QTEST(shape ? search::shapeTypedDate(field) : search::dateFilter(field), "result");
+        QTEST(shape ? records::shapeTypedDate(field) : records::dateFilter(field), "result");
     }
 };
 
