@@ -402,7 +402,8 @@ private slots:
         // The change that follows stores the country shown, not one the box was turned to.
         button("g4")->click();
         button("g5")->click();
-        QCOMPARE(testsupport::database().scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
+        QCOMPARE(testsupport::database()
+                         .scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
                          .toString(),
                  before);
     }

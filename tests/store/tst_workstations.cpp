@@ -2,12 +2,14 @@
 // transaction, a lock held by another program, and the start-up failures told apart.
 #include "TestSupport.h"
 
+#include "admin/users.h"
 #include "cases/Ugyek.h"
 #include "clients/Install.h"
 #include "clients/Partnerek.h"
 #include "locale/Uzenet.h"
 #include "locale/felir.h"
 #include "platform/ListSource.h"
+#include "reference/Egyebadat.h"
 #include "reference/irszam.h"
 #include "search/keres.h"
 #include "search/utkozesek.h"
@@ -134,15 +136,15 @@ private slots:
     }
     void cleanup() { m_folder.reset(); }
 
-    // No screen that reads through a list or table model as it is shown holds a lock: the
-    // search lists scrolled to their middle, the record screens on their browse lists, the grids
-    // of the partners, postal codes, conflicts and captions. Another desk saves at once while
+    // No screen holds a lock while it is shown: the search lists scrolled to their middle, the
+    // record screens on their browse lists, the lookup lists, the users, and the grids of the
+    // partners, postal codes, conflicts and captions. Another desk saves at once while
     // each is up, and after it closed.
     void aShownScreenLetsOthersWrite_data()
     {
         QTest::addColumn<QString>("screen");
         for (const char* name : {"keres 1", "keres 2", "Ugyfelek", "Ugyek", "Partnerek", "irszam",
-                                 "utkozesek", "felir"})
+                                 "Egyebadat", "users", "utkozesek", "felir"})
             QTest::newRow(name) << name;
     }
     void aShownScreenLetsOthersWrite()
@@ -179,6 +181,12 @@ private slots:
                 shown.reset(new clients::Partnerek(db));
             else if (screen == "irszam")
                 shown.reset(new reference::irszam(db));
+            else if (screen == "Egyebadat") {
+                auto* editor = new reference::Egyebadat(db);
+                editor->setHivo("2");
+                shown.reset(editor);
+            } else if (screen == "users")
+                shown.reset(new admin::users(db));
             else if (screen == "utkozesek")
                 shown.reset(new utkozesek(db));
             else
