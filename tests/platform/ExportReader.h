@@ -22,23 +22,19 @@ inline ReadBack readExport(const QString& kind, const QString& path)
     ReadBack back;
     QProcess python;
     python.start(QStringLiteral("python3"), {QStringLiteral(EXPORT_READER), kind, path});
-    if (!python.waitForFinished(300000) || python.exitStatus() != QProcess::NormalExit) {
+    if (!python.waitForFinished(300000) || python.exitStatus() != QProcess::NormalExit)
         back.error = QStringLiteral("python3 did not finish");
-        return back;
-    }
-    if (python.exitCode() == 77) {
+    else if (python.exitCode() == 77)
         back.skipped = true;
-        return back;
-    }
-    if (python.exitCode() != 0) {
+    else if (python.exitCode() != 0)
         back.error = QString::fromUtf8(python.readAllStandardError());
-        return back;
-    }
-    for (const QJsonValue& row : QJsonDocument::fromJson(python.readAllStandardOutput()).array()) {
-        QStringList cells;
-        for (const QJsonValue& cell : row.toArray())
-            cells << cell.toString();
-        back.rows << cells;
-    }
+    else
+        for (const QJsonValue& row :
+             QJsonDocument::fromJson(python.readAllStandardOutput()).array()) {
+            QStringList cells;
+            for (const QJsonValue& cell : row.toArray())
+                cells << cell.toString();
+            back.rows << cells;
+        }
     return back;
 }

@@ -27,22 +27,23 @@ class tst_menu : public QObject
 
     QPushButton* button(const QString& name) { return m_menu->findChild<QPushButton*>(name); }
     QLineEdit* field(const char* name) { return m_login->findChild<QLineEdit*>(name); }
+    static bool activate(QWidget* w)
+    {
+        w->show();
+        w->activateWindow();
+        return QTest::qWaitForWindowActive(w);
+    }
     // The login screen over the shown menu, as the program starts it.
     bool openLogin()
     {
         m_menu->show();
-        m_login = new Login(testsupport::database(), m_menu.get(), m_menu.get());
-        m_login->show();
-        m_login->activateWindow();
-        return QTest::qWaitForWindowActive(m_login);
+        return activate(m_login = new Login(testsupport::database(), m_menu.get(), m_menu.get()));
     }
     // Shift+F5 on the menu opens the caption editor, which reads the table when it becomes active.
     bool openCaptionEditor()
     {
         installCaptionEditor(m_menu.get(), testsupport::database());
-        m_menu->show();
-        m_menu->activateWindow();
-        if (!QTest::qWaitForWindowActive(m_menu.get()))
+        if (!activate(m_menu.get()))
             return false;
         QTest::keyClick(button("g1"), Qt::Key_F5, Qt::ShiftModifier);
         if (!QTest::qWaitFor([] { return qobject_cast<felir*>(QApplication::activeWindow()); }))
@@ -185,9 +186,7 @@ private slots:
     {
         int count = 0;
         Session::instance().screens.showCaptionEditor = [&count] { ++count; };
-        m_menu->show();
-        m_menu->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_menu.get()));
+        QVERIFY(activate(m_menu.get()));
         button("g6")->setFocus();
         Session::instance().rights = QStringLiteral("0000000000");
         QTest::keyClick(button("g6"), Qt::Key_F5);

@@ -70,24 +70,21 @@ class tst_adatmegnyitas : public QObject
 private slots:
     void opensWithQuotedAndUnquotedLines_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("dataFile");
-        // <data> stands for the data folder.
-        QTest::newRow("quoted") << "\"path=<data>\"\r\n"
-                                << "<data>/causora.mdb";
-        QTest::newRow("unquoted") << "path=<data>\r\n"
-                                  << "<data>/causora.mdb";
-        QTest::newRow("trailing separator") << "\"path=<data>/\"\r\n"
-                                            << "<data>//causora.mdb";
-        QTest::newRow("other lines around") << "[x]\r\n\"path=<data>\"\r\nmore\r\n"
-                                            << "<data>/causora.mdb";
-        QTest::newRow("line feed only") << "path=<data>\n"
-                                        << "<data>/causora.mdb";
+        QTest::addColumn<QString>("line"); // <data> stands for the data folder
+        QTest::addColumn<QString>("separator"); // between the folder and the file names
+        const auto row = [](const char* tag, const char* line, const char* separator) {
+            QTest::newRow(tag) << QString(line) << QString(separator);
+        };
+        row("quoted", "\"path=<data>\"\r\n", "/");
+        row("unquoted", "path=<data>\r\n", "/");
+        row("trailing separator", "\"path=<data>/\"\r\n", "//");
+        row("other lines around", "[x]\r\n\"path=<data>\"\r\nmore\r\n", "/");
+        row("line feed only", "path=<data>\n", "/");
     }
     void opensWithQuotedAndUnquotedLines()
     {
         QFETCH(QString, line);
-        QFETCH(QString, dataFile);
+        QFETCH(QString, separator);
         TestFolder folder;
         testsupport::writeFile(folder.programFolder() + "/jog.ini",
                                line.replace("<data>", folder.dataFolder()).toLocal8Bit());
@@ -96,55 +93,54 @@ private slots:
         store::StartValues start;
         QVERIFY(store::adatmegnyitas(db, &start));
         QVERIFY(messages.shown().isEmpty());
-        dataFile.replace("<data>", folder.dataFolder());
-        QCOMPARE(start.dataFilePath, dataFile);
-        QCOMPARE(start.workgroupFilePath, dataFile.replace("causora.mdb", "caujog.mdw"));
+        const QString files = folder.dataFolder() + separator;
+        QCOMPARE((QStringList{start.dataFilePath, start.workgroupFilePath}),
+                 (QStringList{files + "causora.mdb", files + "caujog.mdw"}));
         QVERIFY(db.isOpen() && !db.isReadOnly());
     }
 
     void failuresShowTheirMessageAndTouchNothing_data()
     {
+        // <program> stands for the program folder and <data> for the data folder: markers that
+        // no folder name can hold.
+        QTest::addColumn<QString>("ini"); // null: no settings file
+        QTest::addColumn<QString>("removed"); // a file of the data folder
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("locationScreen");
-        // In the messages, <program> stands for the program folder and <data> for the data
-        // folder: markers that no folder name can hold.
-        QTest::addRow("no settings file") << "<program>/jog.ini    Not found " << false;
-        QTest::addRow("empty settings file") << "Bad inifile" << true;
-        QTest::addRow("no path entry") << "Bad inifile" << true;
-        QTest::addRow("no line end") << "Bad inifile" << true;
-        QTest::addRow("no data file") << "<data>/causora.mdb   Not found" << true;
-        QTest::addRow("no account file") << "<data>/caujog.mdw  <nincsmeg>" << false;
+        const auto row = [](const char* tag, QString ini, QString removed, QString message,
+                            bool locationScreen) {
+            QTest::newRow(tag) << ini << removed << message << locationScreen;
+        };
+        const QString good = "\"path=<data>\"\r\n";
+        row("no settings file", QString(), "", "<program>/jog.ini    Not found ", false);
+        row("empty settings file", "", "", "Bad inifile", true);
+        row("no path entry", "adat=<data>\r\n", "", "Bad inifile", true);
+        row("no line end", "\"path=<data>\"", "", "Bad inifile", true);
+        row("no data file", good, "causora.mdb", "<data>/causora.mdb   Not found", true);
+        row("no account file", good, "caujog.mdw", "<data>/caujog.mdw  <nincsmeg>", false);
     }
     void failuresShowTheirMessageAndTouchNothing()
     {
+        QFETCH(QString, ini);
+        QFETCH(QString, removed);
         QFETCH(QString, message);
-        QFETCH(bool, locationScreen);
-        const QString setup = QTest::currentDataTag();
         TestFolder folder;
-        const QString ini = folder.programFolder() + "/jog.ini";
-        if (setup == "empty settings file")
-            testsupport::writeFile(ini, "");
-        else if (setup == "no path entry")
-            testsupport::writeFile(ini, "adat=" + folder.dataFolder().toLocal8Bit() + "\r\n");
-        else if (setup == "no line end")
-            testsupport::writeFile(ini, "\"path=" + folder.dataFolder().toLocal8Bit() + "\"");
-        else if (setup != "no settings file")
-            testsupport::writeFile(ini, ("\"path=" + folder.dataFolder() + "\"\r\n").toLocal8Bit());
-        if (setup == "no data file")
-            QFile::remove(folder.dataFile());
-        if (setup == "no account file")
-            QFile::remove(folder.dataFolder() + "/caujog.mdw");
-
-        message.replace(QLatin1String("<nincsmeg>"), store::catalogueMessage("nincsmeg", 1));
-        message.replace(QLatin1String("<program>"), folder.programFolder());
-        message.replace(QLatin1String("<data>"), folder.dataFolder());
+        const auto place = [&folder](QString text) {
+            return text.replace("<program>", folder.programFolder())
+                    .replace("<data>", folder.dataFolder());
+        };
+        if (!ini.isNull())
+            testsupport::writeFile(folder.programFolder() + "/jog.ini", place(ini).toLocal8Bit());
+        if (!removed.isEmpty())
+            QVERIFY(QFile::remove(folder.dataFolder() + '/' + removed));
+        message = place(message.replace("<nincsmeg>", store::catalogueMessage("nincsmeg", 1)));
 
         const QStringList before = snapshot(folder.root());
         testsupport::MessageRecorder messages;
         LocationScreenWatcher watcher;
         QVERIFY(!Session::instance().start(folder.db()));
         QCOMPARE(messages.texts(), QStringList{message});
-        QCOMPARE(watcher.shown, locationScreen);
+        QTEST(watcher.shown, "locationScreen");
         QCOMPARE(snapshot(folder.root()), before);
         QVERIFY(!testsupport::database().isOpen());
     }
@@ -166,8 +162,6 @@ private slots:
     {
         QFETCH(int, kelllogon);
         QFETCH(QStringList, lawyers);
-        QFETCH(QString, rights);
-        QFETCH(QString, defaultLawyer);
         TestFolder folder;
         {
             platform::Database db;
@@ -179,9 +173,9 @@ private slots:
         QVERIFY(folder.open());
         const Session& s = Session::instance();
         QCOMPARE(s.dataFilePath, folder.dataFile());
-        QCOMPARE(s.rights, rights);
+        QTEST(s.rights, "rights");
         QCOMPARE(s.language, qint16(3));
-        QCOMPARE(s.defaultLawyer, defaultLawyer);
+        QTEST(s.defaultLawyer, "defaultLawyer");
     }
 
     void locationScreenWritesTheQuotedLine()
@@ -208,27 +202,26 @@ private slots:
         const QString badAccount = store::accountOrPasswordError();
         const QString badPassword = "Not a valid password.";
         const QString notOurs = "Unrecognized database format '%1'.";
-        QTest::addRow("wrong account") << "user=Kiss Béla" << badAccount << Failure::Refused;
-        QTest::addRow("wrong account password")
-                << "password=vm4818" << badAccount << Failure::Refused;
-        QTest::addRow("wrong database password")
-                << "connect=pwd=xx" << badPassword << Failure::Refused;
-        QTest::addRow("no database password") << "connect=uid=x" << badPassword << Failure::Refused;
-        QTest::addRow("text file") << "data:path=C:\\x\r\n"
-                                   << notOurs.arg("<data>") << Failure::NotCausora;
-        QTest::addRow("empty file") << "data:" << notOurs.arg("<data>") << Failure::NotCausora;
-        QTest::addRow("text account file") << "account:[accounts]\r\n"
-                                           << notOurs.arg("<account>") << Failure::NotCausora;
+        const auto row = [](const char* tag, const char* change, QString expected, Failure f) {
+            QTest::newRow(tag) << QString(change) << expected << f;
+        };
+        row("wrong account", "user=Kiss Béla", badAccount, Failure::Refused);
+        row("wrong account password", "password=vm4818", badAccount, Failure::Refused);
+        row("wrong database password", "connect=pwd=xx", badPassword, Failure::Refused);
+        row("no database password", "connect=uid=x", badPassword, Failure::Refused);
+        row("text file", "data:path=C:\\x\r\n", notOurs.arg("<data>"), Failure::NotCausora);
+        row("empty file", "data:", notOurs.arg("<data>"), Failure::NotCausora);
+        row("text account file", "account:[accounts]\r\n", notOurs.arg("<account>"),
+            Failure::NotCausora);
         // Each file is a database of the program, but not of the kind it is taken for.
-        QTest::addRow("files swapped") << "swap" << notOurs.arg("<account>") << Failure::NotCausora;
-        QTest::addRow("no account file") << "no account file"
-                                         << "Could not find file '<account>'." << Failure::Missing;
+        row("files swapped", "swap", notOurs.arg("<account>"), Failure::NotCausora);
+        row("no account file", "no account file", "Could not find file '<account>'.",
+            Failure::Missing);
     }
     void refusesBadCredentialsAndForeignFiles()
     {
         QFETCH(QString, change);
         QFETCH(QString, expected);
-        QFETCH(Failure, failure);
         QString account = store::databaseAccount();
         QString password = store::databasePassword();
         QString connect = store::connectText();
@@ -251,22 +244,22 @@ private slots:
         else if (change == "no account file")
             QVERIFY(QFile::remove(accounts));
         expected.replace("<data>", file).replace("<account>", accounts);
-        const QByteArray dataBefore = testsupport::readFile(file);
-        const QByteArray accountsBefore = testsupport::readFile(accounts);
+        const auto contents = [&] {
+            return QList<QByteArray>{testsupport::readFile(file), testsupport::readFile(accounts)};
+        };
+        const QList<QByteArray> before = contents();
         const QDateTime modified = QFileInfo(file).lastModified();
 
         Database db;
         QString error;
         QVERIFY(!store::openDataFile(db, file, accounts, account, password, connect, &error));
         QCOMPARE(error, expected);
-        QCOMPARE(db.lastFailure(), failure);
+        QTEST(db.lastFailure(), "failure");
         QVERIFY(!db.isOpen());
         // Nothing was written to the files that failed to open.
-        QCOMPARE(testsupport::readFile(file), dataBefore);
-        QCOMPARE(testsupport::readFile(accounts), accountsBefore);
+        QCOMPARE(contents(), before);
         QCOMPARE(QFileInfo(file).lastModified(), modified);
-        QVERIFY(!QFileInfo::exists(file + "-journal"));
-        QVERIFY(!QFileInfo::exists(accounts + "-journal"));
+        QVERIFY(!QFileInfo::exists(file + "-journal") && !QFileInfo::exists(accounts + "-journal"));
     }
 
     void opensAfterAWorkstationStoppedInTheMiddleOfASave()
@@ -303,12 +296,12 @@ private slots:
         QVERIFY(!QFileInfo::exists(crashed + "/causora.mdb-journal"));
     }
 
-    void appendsOneLinePerFailure()
+    // One line per failure in hiba.txt; a log that cannot be written is passed over in silence.
+    void errorLog()
     {
         TestFolder folder;
         const QString log = folder.programFolder() + "/hiba.txt";
         const QByteArray date = "Dátum: " + QDate::currentDate().toString("yyyy.MM.dd").toUtf8();
-
         store::hibanaplo("UGYEK", "LOAD", "Disk or network error.");
         const QByteArray first
                 = date + " ** Modul: UGYEK ** Helye: LOAD ** Hiba: Disk or network error.\r\n";
@@ -317,21 +310,16 @@ private slots:
         store::hibanaplo("Emailkuldo", "Emailkuld", QString());
         QCOMPARE(testsupport::readFile(log),
                  first + date + " ** Modul: Emailkuldo ** Helye: Emailkuld ** Hiba: \r\n");
-    }
 
-    void unwritableLogIsPassedOverInSilence()
-    {
-        // A folder that does not exist, and a log name taken by a folder: neither can be written
-        // (the tests may run as root, for whom permissions do not stop a write).
-        TestFolder folder;
+        // A folder that does not exist, and a log name taken by a folder (the tests may run as
+        // root, for whom permissions do not stop a write).
         platform::setProgramFolder("/nonexistent/causora");
         store::hibanaplo("UGYEK", "g5", "x");
         QVERIFY(!QFile::exists("/nonexistent/causora/hiba.txt"));
-
-        QVERIFY(QDir(folder.programFolder()).mkdir("hiba.txt"));
+        QVERIFY(QFile::remove(log) && QDir(folder.programFolder()).mkdir("hiba.txt"));
         platform::setProgramFolder(folder.programFolder());
         store::hibanaplo("UGYEK", "g6", "y");
-        QVERIFY(QFileInfo(folder.programFolder() + "/hiba.txt").isDir());
+        QVERIFY(QFileInfo(log).isDir());
     }
 };
 

@@ -8,6 +8,7 @@
 #include "store/Schema.h"
 #include "store/Upgrade.h"
 
+#include <optional>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -45,7 +46,13 @@ QString plan(platform::Database& db, const platform::ListQuery& q, bool after)
 class tst_prepare : public QObject
 {
     Q_OBJECT
+    std::optional<testsupport::TestFolder> m_folder;
+    platform::Database& db() { return m_folder->db(); }
+
 private slots:
+    void init() { QVERIFY(m_folder.emplace().open()); }
+
+    // Every table and column as the sqlite3 tool sees them; prepared again, the file is kept.
     void sqliteToolSeesEveryTableAndColumn()
     {
         QTemporaryDir dir;
@@ -100,47 +107,34 @@ private slots:
              {"ugyek", "partner", "orszagok", "tipusok", "ugyvedek", "irsz", "felirat"})
             QVERIFY2(indexes.contains(QString("%1_primarykey").arg(t)), t);
         QCOMPARE(sqliteTool(file, "PRAGMA integrity_check").trimmed(), QStringLiteral("ok"));
+
+        const QByteArray before = testsupport::readFile(file);
+        QVERIFY(!store::prepareDataFolder(dir.filePath("adat"), true, &error));
+        QVERIFY(error.contains("already"));
+        QCOMPARE(testsupport::readFile(file), before);
     }
 
     void startingRowsArePresent()
     {
-        testsupport::TestFolder folder;
-        QVERIFY(folder.open());
-        platform::Database& db = folder.db();
-        QCOMPARE(db.scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
+        QCOMPARE(db().scalar("SELECT group_concat(nyelvkod) FROM nyelvek").toString(),
                  QStringLiteral("1,2,3"));
         // The whole Hungarian postal code list, codes that serve several places included.
-        QCOMPARE(db.scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(),
+        QCOMPARE(db().scalar("SELECT count(*) FROM irsz WHERE orszag = 'Magyarország'").toInt(),
                  3574);
-        QVERIFY(db.scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
-        QCOMPARE(db.scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
+        QVERIFY(db().scalar("SELECT count(*) FROM irsz WHERE irsz = '3882'").toInt() > 1);
+        QCOMPARE(db().scalar("SELECT hely FROM irsz WHERE orszag = 'Ausztria' AND irsz = '1010'")
                          .toString(),
                  QStringLiteral("Wien"));
-    }
-
-    void neverOverwritesAnExistingDataFile()
-    {
-        QTemporaryDir dir;
-        const QString folder = dir.filePath("adat");
-        QVERIFY(store::prepareDataFolder(folder, false, nullptr));
-        const QByteArray before = testsupport::readFile(folder + "/causora.mdb");
-        QString error;
-        QVERIFY(!store::prepareDataFolder(folder, true, &error));
-        QVERIFY(error.contains("already"));
-        QCOMPARE(testsupport::readFile(folder + "/causora.mdb"), before);
     }
 
     // The number's value, then its text with letter case ignored; read in pages of two, each
     // starting right after the last row of the one before.
     void caseListPagesFollowTheOrder()
     {
-        testsupport::TestFolder folder;
-        QVERIFY(folder.open());
-        platform::Database& db = folder.db();
-        QVERIFY(db.exec("INSERT INTO ugyfelek (ukod, unev1) VALUES (1, 'Ügyfél')"));
+        QVERIFY(db().exec("INSERT INTO ugyfelek (ukod, unev1) VALUES (1, 'Ügyfél')"));
         for (const char* n : {"11/B", "11/a", "100", "11", "9", "11/c", "10/b", "10/A", "x/1"})
-            QVERIFY(db.exec("INSERT INTO ugyek (ugyszam, ugyfelkod) VALUES (?, 1)", {n}));
-        const platform::ListPager pager(db, store::Cases::list());
+            QVERIFY(db().exec("INSERT INTO ugyek (ugyszam, ugyfelkod) VALUES (?, 1)", {n}));
+        const platform::ListPager pager(db(), store::Cases::list());
         QStringList numbers;
         QVariantList after;
         platform::Rows rows;
@@ -167,18 +161,16 @@ private slots:
     void theIndexServesTheCaseOrder()
     {
         QFETCH(bool, olderIndex);
-        testsupport::TestFolder folder;
-        QVERIFY(folder.open());
-        platform::Database& db = folder.db();
         if (olderIndex) {
-            QVERIFY(db.exec("DROP INDEX ugyek_sorrend"));
-            QVERIFY(db.exec("CREATE INDEX ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)"));
-            store::adatfrissites(db);
+            QVERIFY(db().exec("DROP INDEX ugyek_sorrend"));
+            QVERIFY(db().exec("CREATE INDEX ugyek_sorrend ON ugyek (ugyszamertek, ugyszam)"));
+            store::adatfrissites(db());
         }
-        QCOMPARE(db.scalar("SELECT sql FROM sqlite_master WHERE name = 'ugyek_sorrend'").toString(),
+        QCOMPARE(db().scalar("SELECT sql FROM sqlite_master WHERE name = 'ugyek_sorrend'")
+                         .toString(),
                  store::caseOrderIndex());
         for (const bool after : {false, true}) {
-            const QString steps = plan(db, store::Cases::list(), after);
+            const QString steps = plan(db(), store::Cases::list(), after);
             QVERIFY2(steps.contains("USING INDEX ugyek_sorrend") && !steps.contains("TEMP B-TREE"),
                      qPrintable(steps));
         }

@@ -176,21 +176,17 @@ private slots:
             shown.reset(record);
             record->show();
             record->ugyfeltolt();
+        } else if (screen == "Egyebadat") {
+            auto* editor = new reference::Egyebadat(db);
+            shown.reset(editor);
+            editor->setHivo("2");
+            editor->show();
         } else {
-            if (screen == "Partnerek")
-                shown.reset(new clients::Partnerek(db));
-            else if (screen == "irszam")
-                shown.reset(new reference::irszam(db));
-            else if (screen == "Egyebadat") {
-                auto* editor = new reference::Egyebadat(db);
-                editor->setHivo("2");
-                shown.reset(editor);
-            } else if (screen == "users")
-                shown.reset(new admin::users(db));
-            else if (screen == "utkozesek")
-                shown.reset(new utkozesek(db));
-            else
-                shown.reset(new felir(db));
+            shown.reset(screen == "Partnerek"   ? new clients::Partnerek(db)
+                        : screen == "irszam"    ? new reference::irszam(db)
+                        : screen == "users"     ? new admin::users(db)
+                        : screen == "utkozesek" ? new utkozesek(db)
+                                                : static_cast<QWidget*>(new felir(db)));
             shown->show();
         }
         QVERIFY(shown && shown->isVisible());
