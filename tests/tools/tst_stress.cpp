@@ -86,10 +86,9 @@ void verify(const QString& folder, const Confirmed& c)
                                  store::connectText(), &error),
              qPrintable(error));
     QCOMPARE(db.scalar("PRAGMA integrity_check").toString(), QStringLiteral("ok"));
-    QCOMPARE(db.scalar("SELECT count(*) FROM ugyek WHERE ugyfelkod IS NOT NULL AND ugyfelkod "
-                       "NOT IN (SELECT ukod FROM ugyfelek)")
-                     .toInt(),
-             0);
+    QVERIFY(db.first("SELECT 1 FROM ugyek WHERE ugyfelkod IS NOT NULL AND ugyfelkod NOT IN "
+                     "(SELECT ukod FROM ugyfelek)")
+                    .isEmpty());
     for (auto it = c.clients.cbegin(); it != c.clients.cend(); ++it) {
         const QString key = QString::number(it.key());
         const platform::Row row
