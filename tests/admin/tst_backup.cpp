@@ -41,10 +41,12 @@ QPair<int, int> writtenCases(platform::Database& db)
 
 } // namespace
 
+using namespace testsupport;
+
 class tst_backup : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     QString m_chosen; // what the file dialog answers
 
     template<typename Screen>
@@ -61,7 +63,7 @@ class tst_backup : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
         platform::setFileDialogHandler([this](const platform::FileDialogRequest& request) {
             // The dialogs start in the data folder and offer backup files.
@@ -75,11 +77,7 @@ private slots:
     void cleanup()
     {
         platform::setFileDialogHandler(nullptr);
-        QList<QPointer<QWidget>> windows;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (!w->parentWidget())
-                windows << w;
-        qDeleteAll(windows);
+        deleteWindows();
         m_folder.reset();
     }
 
@@ -97,9 +95,9 @@ private slots:
         QVERIFY2(told.size() >= 50, writer.readAllStandardError().constData());
 
         m_chosen = folder() + "/mentes";
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("backupOK")});
+        QCOMPARE(boxes.texts(), messages({"backupOK"}));
         QVERIFY(writer.state() == QProcess::Running);
         QVERIFY(writer.waitForFinished(240000));
         QCOMPARE(writer.exitCode(), 0);
@@ -128,11 +126,11 @@ private slots:
     {
         QFETCH(QString, file);
         m_chosen = folder() + "/" + file;
-        const QByteArray before = testsupport::readFile(m_chosen);
-        testsupport::MessageRecorder boxes;
+        const QByteArray before = readFile(m_chosen);
+        MessageRecorder boxes;
         screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("onmaga")});
-        QVERIFY(testsupport::readFile(m_chosen) == before);
+        QCOMPARE(boxes.texts(), messages({"onmaga"}));
+        QVERIFY(readFile(m_chosen) == before);
     }
 
     // A file that is no sound data file of the program is refused before anything is asked,
@@ -151,7 +149,7 @@ private slots:
         QFETCH(QString, reason);
         m_chosen = m_folder->root() + "/valami.bck";
         if (kind == "text") {
-            testsupport::writeFile(m_chosen, "Ez nem adatfájl, csak szöveg.\n");
+            writeFile(m_chosen, "Ez nem adatfájl, csak szöveg.\n");
         } else if (kind == "foreign") {
             platform::Database other;
             QVERIFY(other.openUnchecked(m_chosen, nullptr));
@@ -174,13 +172,13 @@ private slots:
             f.seek(qint64(page - 1) * size);
             f.write(QByteArray(size, '\x5a'));
         }
-        const QByteArray before = testsupport::readFile(m_folder->dataFile());
-        testsupport::MessageRecorder boxes;
+        const QByteArray before = readFile(m_folder->dataFile());
+        MessageRecorder boxes;
         auto* restore = screen<admin::fRestore>();
         restore->findChild<QPushButton*>("cmdOk")->click();
         QCOMPARE(boxes.texts(),
                  QStringList{uzenetszoveg(reason) + "\r\n" + uzenetszoveg("RestoreH")});
-        QVERIFY(testsupport::readFile(m_folder->dataFile()) == before);
+        QVERIFY(readFile(m_folder->dataFile()) == before);
         QVERIFY(backupFiles().isEmpty());
         QVERIFY(restore->isVisible());
     }
@@ -206,16 +204,16 @@ private slots:
         const QString question = uzenetszoveg("RestoreK");
         const QString done = uzenetszoveg("RestoreOK");
 
-        const QByteArray before = testsupport::readFile(m_folder->dataFile());
+        const QByteArray before = readFile(m_folder->dataFile());
         auto* entry = new KeepsItsEntry;
         entry->show();
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         boxes.answer(platform::AnswerYes);
         QPointer<admin::fRestore> restore = screen<admin::fRestore>();
         restore->findChild<QPushButton*>("cmdOk")->click();
         QCOMPARE(boxes.texts(), QStringList{question});
         QVERIFY(entry->isVisible());
-        QVERIFY(testsupport::readFile(m_folder->dataFile()) == before);
+        QVERIFY(readFile(m_folder->dataFile()) == before);
         QVERIFY(backupFiles().isEmpty());
 
         delete entry;
@@ -267,7 +265,7 @@ private slots:
                                                         {"param", screens.showParameters},
                                                         {"fBackup", screens.showBackup},
                                                         {"fRestore", screens.showRestore}};
-        testsupport::ModalDialogsExpected modal;
+        ModalDialogsExpected modal;
         QString opened; // a modal screen is looked at and closed from inside its own event loop
         QTimer probe;
         probe.setSingleShot(true);

@@ -41,12 +41,10 @@ using Opener = std::function<QWidget*(QWidget* caller)>;
 template<class T>
 T* activated()
 {
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* s = qobject_cast<T*>(w); s && !s->isUnloading()) {
-            s->Activate();
-            return s;
-        }
-    return nullptr;
+    T* screen = testsupport::loaded<T>();
+    if (screen)
+        screen->Activate();
+    return screen;
 }
 
 QWidget* openClient(QWidget* caller, const QString& key)
@@ -247,10 +245,7 @@ private slots:
     }
     void cleanup()
     {
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (w != &m_caller)
-                w->deleteLater();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        testsupport::deleteWindows(&m_caller);
         m_folder.reset();
     }
 
@@ -414,24 +409,28 @@ private slots:
     {
         QTest::addColumn<QString>("screen");
         QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("field"); // one that shows the record
         QTest::addColumn<QString>("command");
         QTest::addColumn<int>("right");
-        const std::pair<const char*, const char*> tables[]{{"Ugyfelek", "ugyfelek"},
-                                                           {"Partnerek", "partner"}};
+        const char* const tables[][3]{{"Ugyfelek", "ugyfelek", "nev1"},
+                                      {"Partnerek", "partner", "nev1"},
+                                      {"Ugyek", "ugyek", "ugyszam"}};
         const std::pair<const char*, Right> commands[]{
                 {"g3", Right::NewRecord}, {"g4", Right::ChangeRecord}, {"g6", Right::DeleteRecord}};
-        for (const auto& [screen, table] : tables)
+        for (const auto& [screen, table, field] : tables)
             for (const auto& [command, right] : commands)
-                QTest::addRow("%s %s", screen, command) << screen << table << command << int(right);
+                QTest::addRow("%s %s", screen, command)
+                        << screen << table << field << command << int(right);
     }
     void refusedWithoutTheRight()
     {
         QFETCH(QString, screen);
         QFETCH(QString, table);
+        QFETCH(QString, field);
         QFETCH(QString, command);
         QFETCH(int, right);
         m_screen = screens()[screen].open(&m_caller);
-        auto* name = m_screen->findChild<QLineEdit*>("nev1");
+        auto* name = m_screen->findChild<QLineEdit*>(field);
         const QString shownName = name->text();
         QVERIFY(!shownName.isEmpty());
         const QVariantList before = rowsOf(table);

@@ -18,11 +18,12 @@
 #include <QTimer>
 
 using reference::Egyebadat;
+using namespace testsupport;
 
 class tst_egyebadat : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     std::unique_ptr<Egyebadat> m_screen;
 
     platform::Database& db() { return m_folder->db(); }
@@ -35,24 +36,15 @@ class tst_egyebadat : public QObject
     }
     QPushButton* button(const char* name) { return m_screen->findChild<QPushButton*>(name); }
     QLineEdit* edit(const char* name) { return m_screen->findChild<QLineEdit*>(name); }
+    static QListWidget* list(QWidget* screen) { return screen->findChild<QListWidget*>("adatlst"); }
     QStringList listed()
     {
         QStringList items;
-        auto* list = m_screen->findChild<QListWidget*>("adatlst");
-        for (int i = 0; i < list->count(); ++i)
-            items << list->item(i)->text();
+        for (int i = 0; i < list(m_screen.get())->count(); ++i)
+            items << list(m_screen.get())->item(i)->text();
         return items;
     }
-    // The user clicks an entry of the list.
-    void pick(const QString& entry, QWidget* screen = nullptr)
-    {
-        auto* list = (screen ? screen : m_screen.get())->findChild<QListWidget*>("adatlst");
-        const QList<QListWidgetItem*> found = list->findItems(entry, Qt::MatchExactly);
-        QVERIFY2(!found.isEmpty(), qPrintable(entry));
-        list->scrollToItem(found.first());
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(found.first()).center());
-    }
+    void pick(const QString& entry) { clickItem(list(m_screen.get()), entry); }
     int count(const QString& sql, const QVariantList& params = {})
     {
         QString error;
@@ -63,7 +55,7 @@ class tst_egyebadat : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
     }
     void cleanup()
@@ -86,10 +78,8 @@ private slots:
         QTest::newRow("1") << "1" << countries << "Országok";
         QTest::newRow("12") << "12" << countries << "Egyébadat";
         QTest::newRow("2") << "2" << types << "Ügytípusok";
-        QTest::newRow("3") << "3"
-                           << QStringList{"Dr. Horváth Péter", "Dr. Németh Gábor",
-                                          "Dr. Szabó Katalin"}
-                           << "Ügyvédek";
+        const QStringList lawyers{"Dr. Horváth Péter", "Dr. Németh Gábor", "Dr. Szabó Katalin"};
+        QTest::newRow("3") << "3" << lawyers << "Ügyvédek";
     }
     void listOfTheMode()
     {
@@ -118,13 +108,13 @@ private slots:
         const int before = count("SELECT count(*) FROM ugyvedek");
         open("3");
         edit("ujadat")->setText(typed);
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         button("g1")->click();
-        QCOMPARE(boxes.texts(), stored ? QStringList() : QStringList{uzenetszoveg("vanmar")});
+        QCOMPARE(boxes.texts(), messages(stored ? QStringList() : QStringList{"vanmar"}));
         QCOMPARE(count("SELECT count(*) FROM ugyvedek"), before + (stored ? 1 : 0));
         QCOMPARE(edit("ujadat")->text(), QString());
         if (stored)
-            QCOMPARE(m_screen->findChild<QListWidget*>("adatlst")->currentItem()->text(), typed);
+            QCOMPARE(list(m_screen.get())->currentItem()->text(), typed);
     }
 
     // Deleting asks "torol"; a case type that cases use says "nemtorol", the list's last entry is
@@ -133,23 +123,23 @@ private slots:
     {
         QTest::addColumn<QString>("entry"); // empty: a type the cases use
         QTest::addColumn<QString>("setup");
-        QTest::addColumn<QString>("told"); // after "torol"
+        QTest::addColumn<QStringList>("told");
         QTest::addColumn<bool>("kept");
         const auto row = [](const char* name, const char* entry, const char* setup,
-                            const char* told, bool kept) {
-            QTest::newRow(name) << QString(entry) << QString(setup) << QString(told) << kept;
+                            const QStringList& told, bool kept) {
+            QTest::newRow(name) << QString(entry) << QString(setup) << told << kept;
         };
-        row("unused", "Cégügy", "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'", "", false);
-        row("used", "", "", "nemtorol", true);
-        row("last", "Cégügy", "DELETE FROM ugyek; DELETE FROM tipusok WHERE tipus <> 'Cégügy'", "",
-            true);
-        row("locked elsewhere", "Cégügy", "lock", "foglalt", true);
+        row("unused", "Cégügy", "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'", {"torol"}, false);
+        row("used", "", "", {"torol", "nemtorol"}, true);
+        row("last", "Cégügy", "DELETE FROM ugyek; DELETE FROM tipusok WHERE tipus <> 'Cégügy'",
+            {"torol"}, true);
+        row("locked elsewhere", "Cégügy", "lock", {"torol", "foglalt"}, true);
     }
     void deleting()
     {
         QFETCH(QString, entry);
         QFETCH(QString, setup);
-        QFETCH(QString, told);
+        QFETCH(QStringList, told);
         if (entry.isEmpty())
             entry = db().scalar("SELECT ugytipus FROM ugyek LIMIT 1").toString();
         platform::Database other;
@@ -163,13 +153,10 @@ private slots:
         }
         open("2");
         pick(entry);
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         boxes.answer(platform::AnswerYes);
         button("g2")->click();
-        QStringList expected{uzenetszoveg("torol")};
-        if (!told.isEmpty())
-            expected << uzenetszoveg(told);
-        QCOMPARE(boxes.texts(), expected);
+        QCOMPARE(boxes.texts(), messages(told));
         other.close();
         QTEST(count("SELECT count(*) FROM tipusok WHERE tipus = ?", {entry}) == 1, "kept");
         QTEST(listed().contains(entry), "kept");
@@ -190,10 +177,10 @@ private slots:
         open("3");
         pick(lawyer);
         button("g4")->click();
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         edit("ujadat")->setText(other.toUpper());
         button("g5")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("vanmar")});
+        QCOMPARE(boxes.texts(), messages({"vanmar"}));
         QVERIFY(button("g5")->isEnabled());
         QCOMPARE(count("SELECT count(*) FROM ugyek WHERE ugyved = ?", {lawyer}), cases);
 
@@ -229,19 +216,16 @@ private slots:
         QStringList received;
         screens.addToLookupList("21", &caseScreen,
                                 [&](const QString& entry) { received << entry; });
-        Egyebadat* editor = nullptr;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (auto* e = qobject_cast<Egyebadat*>(w); e && e->isVisible())
-                editor = e;
+        Egyebadat* editor = visible<Egyebadat>();
         QVERIFY(editor && !editor->isModal());
-        QCOMPARE(editor->findChild<QListWidget*>("adatlst")->count(), 7);
+        QCOMPARE(list(editor)->count(), 7);
         for (const QString& entry : added) {
             editor->findChild<QLineEdit*>("ujadat")->setText(entry);
             editor->findChild<QPushButton*>("g1")->click();
         }
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         if (deleteAfter) {
-            pick(added.last(), editor);
+            clickItem(list(editor), added.last());
             boxes.answer(platform::AnswerYes);
             editor->findChild<QPushButton*>("g2")->click();
         }
@@ -262,11 +246,11 @@ private slots:
         const int before = count("SELECT count(*) FROM tipusok");
         open("2");
         edit("ujadat")->setText("Új típus");
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         button("g1")->click();
         pick("Cégügy");
         button("g2")->click();
-        QCOMPARE(boxes.texts(), QStringList(2, uzenetszoveg("nincsjog")));
+        QCOMPARE(boxes.texts(), messages({"nincsjog", "nincsjog"}));
         QCOMPARE(count("SELECT count(*) FROM tipusok"), before);
         button("g4")->click();
         edit("ujadat")->setText("Cégjogi ügy");
@@ -285,12 +269,12 @@ private slots:
     void menuOpensTheScreens()
     {
         QFETCH(QString, hivo);
-        Alap menu(testsupport::database());
+        Alap menu(db());
         QVERIFY(menu.load());
         reference::install(Session::instance().screens, db());
         menu.show();
         QString seen, seenHivo;
-        testsupport::ModalDialogsExpected expected;
+        ModalDialogsExpected expected;
         QTimer::singleShot(0, [&] {
             QWidget* modal = QApplication::activeModalWidget();
             if (!modal)

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 
+#include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/ListSource.h"
 #include "session/Session.h"
@@ -7,9 +8,11 @@
 #include "store/Settings.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
+#include <QListWidget>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTableView>
@@ -216,6 +219,81 @@ QList<QStringList> gridShown(const QTableView* grid, platform::ListSource& sourc
         rows << values;
     }
     return rows;
+}
+
+void deleteWindows(const QWidget* keep)
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w != keep)
+            w->deleteLater();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void type(QWidget* w, const QString& text)
+{
+    for (const QChar c : text) {
+        const Qt::Key key = c == u'\b' ? Qt::Key_Backspace : Qt::Key(c.toUpper().unicode());
+        QTest::sendKeyEvent(QTest::Click, w, key, QString(c), {});
+    }
+}
+
+void leave(QWidget* w, const QString& typed)
+{
+    w->setFocus();
+    type(w, typed);
+    QTest::keyClick(w, Qt::Key_Tab);
+}
+
+void clickItem(QListWidget* list, const QString& text)
+{
+    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
+    QVERIFY2(!found.isEmpty(), qPrintable(text));
+    list->scrollToItem(found.first());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(found.first()).center());
+}
+
+QStringList shown(const QWidget* screen, const QStringList& names)
+{
+    QStringList texts;
+    for (const QString& name : names) {
+        const QWidget* w = screen->findChild<QWidget*>(name);
+        const auto* box = qobject_cast<const QComboBox*>(w);
+        texts << (box ? box->currentText() : w ? w->property("text").toString() : "?");
+    }
+    return texts;
+}
+
+QList<int> columnWidths(const QTableView* grid)
+{
+    QList<int> widths;
+    for (int c = 0; c < grid->model()->columnCount(); ++c)
+        if (!grid->isColumnHidden(c))
+            widths << grid->columnWidth(c);
+    return widths;
+}
+
+QList<int> pixels(QList<int> twips)
+{
+    for (int& t : twips)
+        t = platform::twipsToPixels(t);
+    return twips;
+}
+
+QStringList messages(QStringList codes)
+{
+    for (QString& code : codes)
+        code = uzenetszoveg(code);
+    return codes;
+}
+
+QStringList values(platform::Database& db, const QString& sql, const QVariantList& params)
+{
+    QStringList texts;
+    for (const platform::Row& row : db.select(sql, params))
+        for (int i = 0; i < row.count(); ++i)
+            texts << row.value(i).toString();
+    return texts;
 }
 
 } // namespace testsupport
