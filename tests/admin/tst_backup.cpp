@@ -11,15 +11,11 @@
 #include "session/Session.h"
 #include "store/Backup.h"
 
-#include <memory>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QDate>
 #include <QDir>
 #include <QPointer>
 #include <QProcess>
-#include <QPushButton>
-#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -81,8 +77,7 @@ private slots:
         m_folder.reset();
     }
 
-    // The copy is one state of the register: every case the other workstation was told was
-    // stored before the backup began, and no case without the ones saved before it.
+    // The copy is one state of the register: every case stored before the backup began, no gaps.
     void backupWhileAnotherWorkstationSaves()
     {
         QProcess writer;
@@ -133,8 +128,7 @@ private slots:
         QVERIFY(readFile(m_chosen) == before);
     }
 
-    // A file that is no sound data file of the program is refused before anything is asked,
-    // closed or written.
+    // Not a sound data file of the program: refused before anything is asked, closed or written.
     void restoreRefuses_data()
     {
         QTest::addColumn<QString>("kind");
@@ -162,15 +156,13 @@ private slots:
             // Garbage over a page in the middle of the client table.
             platform::Database copy;
             QVERIFY(copy.openForReading(m_chosen, nullptr));
-            const int page = copy.scalar("SELECT rootpage FROM sqlite_master WHERE name = "
-                                         "'ugyfelek'")
-                                     .toInt();
-            const int size = copy.scalar("PRAGMA page_size").toInt();
+            const QStringList at = values(copy, "SELECT rootpage, page_size FROM sqlite_master,"
+                                                " pragma_page_size WHERE name = 'ugyfelek'");
             copy.close();
             QFile f(m_chosen);
             QVERIFY(f.open(QIODevice::ReadWrite));
-            f.seek(qint64(page - 1) * size);
-            f.write(QByteArray(size, '\x5a'));
+            f.seek(qint64(at[0].toInt() - 1) * at[1].toInt());
+            f.write(QByteArray(at[1].toInt(), '\x5a'));
         }
         const QByteArray before = readFile(m_folder->dataFile());
         MessageRecorder boxes;
@@ -267,15 +259,12 @@ private slots:
                                                         {"fRestore", screens.showRestore}};
         ModalDialogsExpected modal;
         QString opened; // a modal screen is looked at and closed from inside its own event loop
-        QTimer probe;
-        probe.setSingleShot(true);
-        connect(&probe, &QTimer::timeout, [&] {
+        QTimer::singleShot(0, [&] {
             if (QWidget* w = QApplication::activeModalWidget()) {
                 opened = "modal " + w->objectName();
                 w->close();
             }
         });
-        probe.start(0);
         show[screen]();
         for (QWidget* w : QApplication::topLevelWidgets())
             if (opened.isEmpty() && w->isVisible())

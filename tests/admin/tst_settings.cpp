@@ -8,15 +8,9 @@
 #include "locale/Uzenet.h"
 #include "session/Session.h"
 
-#include <memory>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QTest>
 
 using namespace testsupport;
 

@@ -13,20 +13,13 @@
 #include "store/Conflicts.h"
 #include "store/Partners.h"
 
-#include <memory>
-#include <QAbstractButton>
-#include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
-#include <QTableView>
 #include <QTableWidget>
-#include <QTest>
 
 using cases::Ugyek;
 using namespace testsupport;
@@ -469,24 +462,6 @@ private slots:
         search.Activate();
         QCOMPARE(search.forras().rowCount(), before + 1);
         elsewhere->unload(false);
-    }
-    void aCaseDeletedElsewhereIsNotWritten()
-    {
-        open("2019/123");
-        button("g4")->click();
-        edit("megjegyzes")->setText("Megváltozott");
-        platform::Database other;
-        QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
-        QVERIFY(store::Cases(other).remove("2019/123").stored());
-        const QStringList all = casesExcept({});
-        MessageRecorder boxes;
-        button("g5")->click();
-        QCOMPARE(boxes.texts(), messages({"nincsmar"}));
-        QCOMPARE(casesExcept({}), all);
-        QVERIFY(button("g5")->isEnabled());
-        // Saved again, the entry is stored as a new case of that number.
-        button("g5")->click();
-        QCOMPARE(stored("2019/123").text("megjegyzes"), QString("Megváltozott"));
     }
 
     // The two address blocks share one mark of a changed postal code.

@@ -4,11 +4,6 @@
 #include "locale/Uzenet.h"
 #include "session/Session.h"
 
-#include <memory>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QTest>
 #include <QVBoxLayout>
 
 static const QString hu = "Magyarország";

@@ -3,9 +3,6 @@
 #include "clients/ComboAutoComplete.h"
 
 #include <QAbstractItemView>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QTest>
 #include <QVBoxLayout>
 
 class tst_comboautocomplete : public QObject

@@ -9,14 +9,6 @@
 #include "session/Session.h"
 #include "store/Partners.h"
 
-#include <memory>
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QTableView>
-#include <QTest>
-
 using clients::Partnerek;
 using namespace testsupport;
 

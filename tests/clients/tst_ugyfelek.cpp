@@ -9,15 +9,7 @@
 #include "store/Cases.h"
 #include "store/Clients.h"
 
-#include <memory>
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
-#include <QTest>
 
 using clients::Ugyfelek;
 using namespace testsupport;

@@ -8,13 +8,7 @@
 #include "session/Alap.h"
 #include "session/Session.h"
 
-#include <memory>
-#include <QApplication>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTest>
 #include <QTimer>
 
 using reference::Egyebadat;

@@ -11,14 +11,6 @@
 #include "store/Lookups.h"
 #include "store/PostalCodes.h"
 
-#include <memory>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTableView>
-#include <QTest>
-
 using reference::irszam;
 using namespace testsupport;
 

@@ -1,21 +1,27 @@
 #pragma once
 
+// Shared pieces of the tests; it brings in the Qt widgets that most screen tests drive.
+
 #include "platform/Database.h"
 #include "platform/Messages.h"
 #include "store/Catalogue.h"
 
 #include <deque>
+#include <memory>
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QList>
+#include <QListWidget>
+#include <QPushButton>
 #include <QStringList>
+#include <QTableView>
 #include <QTemporaryDir>
-#include <QWidget>
+#include <QTest>
 
 namespace platform {
 class ListSource;
 }
-class QListWidget;
-class QTableView;
 
 namespace testsupport {
 
