@@ -1,5 +1,4 @@
-// Backup and restore while other workstations work on the register, files that must not be
-// restored, and the hand-offs to the administration screens.
+// Backup and restore while other desks work, files never restored, the admin hand-offs.
 #include "TestSupport.h"
 
 #include "admin/Install.h"
@@ -175,9 +174,7 @@ private slots:
         QVERIFY(restore->isVisible());
     }
 
-    // A screen that keeps its entry stops the restore before anything is written. Once it is
-    // gone, the restore keeps a copy of the file it replaces, writes the backup into the data
-    // file that other workstations have open, and reopens the session as at a fresh start.
+    // An entry kept on screen stops the restore; then the live file is replaced, a copy kept.
     void goodRestore()
     {
         platform::Database& db = m_folder->db();
@@ -240,8 +237,7 @@ private slots:
                  1);
     }
 
-    // The hand-offs open the screens: users and parameters modal, backup and restore as windows
-    // of their own. (Which menu button calls which, and whether the menu stays, is the menu's.)
+    // Users and parameters open modal, backup and restore as windows of their own.
     void handOffsOpenTheScreens_data()
     {
         QTest::addColumn<QString>("screen");

@@ -1,6 +1,4 @@
-// The users editor (the rights string its check boxes make, the last user, whose password may
-// be changed, login names that must stay apart) and the parameters screen (what closing stores,
-// the default language stored when chosen).
+// The users editor and the parameters screen.
 #include "TestSupport.h"
 
 #include "admin/param.h"
@@ -61,8 +59,7 @@ private slots:
         m_folder.reset();
     }
 
-    // Twelve boxes make positions 1 to 12; 13 to 20 are always granted. The logged-in user's
-    // own rights change at his next login, not now.
+    // Boxes 1 to 12 make those positions; 13 to 20 always granted; own rights change next login.
     void rightsStringFromTheBoxes()
     {
         show<admin::users>();
@@ -127,8 +124,7 @@ private slots:
         QCOMPARE(field<QListWidget>("adatlst")->count(), 1);
     }
 
-    // A login name another user has, in any letter case, is refused and the entry kept; a new
-    // name is stored in capitals.
+    // A login name another user has, in any letter case, is refused and the entry kept.
     void duplicateLoginName_data()
     {
         QTest::addColumn<QString>("change"); // the user changed; empty for a new one
@@ -171,8 +167,8 @@ private slots:
             QCOMPARE(stored("felhnev", "KISS").toString(), change);
     }
 
-    // Closing stores the modem settings and the login flag, by Bezár or by the close box; an
-    // empty port is the first port, an empty prefix one blank. The current run keeps its rights.
+    // Closing (Bezár or close box) stores the modem settings and the login flag; an empty port is
+    // the first port, an empty prefix one blank.
     void closingStores_data()
     {
         QTest::addColumn<bool>("closeBox");
@@ -200,8 +196,7 @@ private slots:
         QCOMPARE(Session::instance().rights, rights);
     }
 
-    // The language is stored when it is chosen; while nobody is logged in the open screens
-    // speak it at once, a logged-in user keeps his own.
+    // While nobody is logged in the open screens speak the chosen language at once.
     void languageStoredWhenChosen_data()
     {
         QTest::addColumn<QString>("user");

@@ -91,8 +91,7 @@ private slots:
         m_folder.reset();
     }
 
-    // A save checks the required fields in order, then (for a new case) the number, then the
-    // client; a refusal writes nothing and keeps the entry open.
+    // Required fields in order, then (new case) the number, then the client; nothing written.
     void saveRefusals_data()
     {
         QTest::addColumn<QStringList>("entry"); // number, client, type, lawyer
@@ -123,8 +122,7 @@ private slots:
             QVERIFY2(button(b)->isHidden(), b);
     }
 
-    // The opponent's names are checked at each keystroke; the notice names the records, opens
-    // their list in a window that is not modal, and the save goes on as always.
+    // The conflict notice names the records, opens a list that is not modal, never stops a save.
     void conflictNoticeNeverStopsASave()
     {
         QVERIFY(store::Clients(db()).add({{"unev1", "KOVÁCS ÉS TÁRSA"}}).stored());
@@ -158,8 +156,7 @@ private slots:
         QVERIFY(notice->isHidden());
     }
 
-    // Empty dates: one blank for a new case, an empty text for a changed one; a date is stored
-    // in its calendar form; the remark keeps 250 characters while the field shows them all.
+    // Empty dates: " " for a new case, "" for a changed one; the remark is stored cut to 250.
     void storedDatesAndRemark()
     {
         open();
@@ -258,8 +255,7 @@ private slots:
             QVERIFY(QApplication::focusWidget() != date);
             return;
         }
-        // Not a date at all: a plain notice; out of range: an error naming the field. Either way
-        // the focus is back on the date (for a non-date, one field back from the next).
+        // A non-date: a plain notice; out of range: an error naming the field; the focus comes back.
         const QString bad = uzenetszoveg("hibasadat");
         QCOMPARE(boxes.texts(), QStringList{label == "-" ? bad : label + " - " + bad});
         QCOMPARE(boxes.shown().first().style,
@@ -282,8 +278,7 @@ private slots:
         QCOMPARE(notes->toPlainText(), QString("a\nb"));
     }
 
-    // The client box: the type-ahead completes a name, leaving stores that client's key, and
-    // the key is never that of another entry.
+    // The key stored is always that of the client whose name the box shows.
     void clientChosenByTypeAhead()
     {
         open();
@@ -350,8 +345,7 @@ private slots:
         QCOMPARE(stored("T-2").text("ugyfelkod"), key);
     }
 
-    // The case the search list does not hold is the one changed and deleted, on the screen
-    // that created it and on one that shows it; nothing happens to any other case.
+    // The case that the filtered search list does not hold is the one changed and deleted.
     void caseOutsideTheFilteredList()
     {
         const store::CaseFilter onlyNine{"9", {}, {}, {}, {}};
@@ -479,8 +473,7 @@ private slots:
         tabs->setCurrentIndex(0);
         leave(edit("ellirsz"), "1054");
         QCOMPARE(edit("ellhely")->text(), QString("Budapest"));
-        // The opponent's changed code leaves the mark set: the lawyer's unchanged code is
-        // looked up on leaving.
+        // The opponent's changed code set the shared mark: the lawyer's code is looked up again.
         tabs->setCurrentIndex(1);
         leave(edit("ellugyvirsz"));
         QCOMPARE(edit("ellugyvhely")->text(), QString("Szeged"));

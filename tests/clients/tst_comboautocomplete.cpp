@@ -9,10 +9,8 @@ class tst_comboautocomplete : public QObject
 {
     Q_OBJECT
 private slots:
-    // Typing opens the list and completes the first entry that begins with the typed text,
-    // shown whole with the untyped rest selected. Tab and Enter then take the highlighted entry
-    // from the open list, close it and go on to the next field, as they do in a text field;
-    // Shift+Tab goes back.
+    // Typing opens the list and completes the first match; Tab and Enter take the highlighted
+    // entry and move on, as in a text field; Shift+Tab goes back.
     void typeAhead_data()
     {
         QTest::addColumn<QStringList>("entries");

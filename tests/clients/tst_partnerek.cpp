@@ -76,8 +76,7 @@ private slots:
         m_folder.reset();
     }
 
-    // Six columns in the table's order, headed by the labels in the current language, the
-    // partners in Hungarian order of the name; every page follows the one before.
+    // Six columns headed in the session's language; Hungarian order of the name across pages.
     void gridColumnsAndOrder()
     {
         QVERIFY(db().exec("delete from partner"));
@@ -109,9 +108,7 @@ private slots:
         QCOMPARE(gridKeys(), all);
     }
 
-    // Two partners of one name: each row opens its own partner, a change is written into that
-    // partner only, and a delete asks and removes that row only, emptying the fields but keeping
-    // the deleted key shown.
+    // Two partners of one name: each row opens, changes and deletes its own partner only.
     void partnersOfOneNameStayApart_data()
     {
         QTest::addColumn<int>("answer"); // to the delete's question
@@ -154,8 +151,7 @@ private slots:
                  (QStringList{deleted ? "" : "Pécs", QString::number(second)}));
     }
 
-    // Every field takes input; a partner without a country is stored as Hungarian and is
-    // listed at once.
+    // A partner without a country is stored as Hungarian and is listed at once.
     void newPartnerIsStoredAndListed()
     {
         open();
@@ -177,8 +173,7 @@ private slots:
         QVERIFY(gridKeys().contains(key));
     }
 
-    // A partner another workstation deleted: choosing its row shows nothing in its place;
-    // saving a change to it writes nothing and keeps the entry.
+    // A partner another desk deleted: its row shows nothing, a save to it writes nothing.
     void deletedOnAnotherWorkstation_data()
     {
         QTest::addColumn<bool>("changing");
@@ -213,8 +208,7 @@ private slots:
         QVERIFY(!gridKeys().contains(gone));
     }
 
-    // The main menu's partner button hides the menu and opens the one partner screen; closing
-    // it shows the menu again.
+    // The menu's partner button hides the menu; closing the one partner screen shows it again.
     void theMainMenuOpensItAndComesBack()
     {
         Alap menu(db());

@@ -63,8 +63,7 @@ private slots:
         deleteWindows(&m_search);
         m_folder.reset();
     }
-    // A new client's name is checked against the cases' opponents as it is typed; the notice
-    // names the case and the client is stored all the same.
+    // The conflict notice names the case as the name is typed, and the save goes on.
     void nameCheckedAgainstOpponents()
     {
         QVERIFY(store::Cases(db()).add({{"ugyszam", "U-1"}, {"ellnev", "Zöldfa Bt."}}).stored());
@@ -172,9 +171,8 @@ private slots:
         QCOMPARE(orszag()->count(), db().scalar("select count(*) from orszagok").toInt());
         QCOMPARE(orszag()->currentText(), QString("Ausztria"));
     }
-    // With an entry in progress, choosing another row or Új on the search screen, opening the
-    // search screen anew from the menu, or Bezár asks "ments" ("close without saving?") first.
-    // No keeps the entry on screen; Yes drops it and saves nothing.
+    // An entry in progress, then another row, Új, the search screen anew or Bezár: "ments" is
+    // asked; No keeps the entry on screen, Yes drops it and saves nothing.
     void anEntryIsAskedAboutBeforeItGoes_data()
     {
         QTest::addColumn<QString>("gesture");
@@ -232,8 +230,7 @@ private slots:
             QCOMPARE(field("nev1")->text(), gesture == "row" ? QString("Huber GmbH") : QString());
         }
     }
-    // Opened by the case screen, the screen saves with "Ment és Vissza" and hands the new
-    // client back to the case screen, which is shown again while this one is only hidden.
+    // From the case screen: "Ment és Vissza" saves and hands the client back to the case screen.
     void newClientForTheCaseScreen()
     {
         QWidget caseScreen; // a stand-in for the case screen

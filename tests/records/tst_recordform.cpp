@@ -1,6 +1,5 @@
-// The record-screen edit model, run over each record screen: which commands are open and which
-// fields locked after each step, the rights gates, locked choice boxes, and saves that find their
-// row gone.
+// The record-screen edit model over each record screen: states, rights, locked boxes, saves
+// whose row is gone.
 #include "TestSupport.h"
 
 #include "admin/users.h"
@@ -234,10 +233,8 @@ private slots:
         m_folder.reset();
     }
 
-    // Each row: a screen, the commands pressed in turn ("row" is Enter on the screen's grid; a
-    // Yes answers every question; "g5:asis" saves the entry as it stands, without filling what a
-    // save needs), and what is open, what is locked and what hivo says afterwards. Later screens
-    // add rows.
+    // Steps are pressed in turn ("row": Enter on the grid; Yes answers each question unless ":No";
+    // "g5:asis" saves the entry as it stands). Later screens add rows.
     void stateTable_data()
     {
         QTest::addColumn<QString>("screen");
@@ -246,8 +243,7 @@ private slots:
         QTest::addColumn<QStringList>("locked");
         QTest::addColumn<QStringList>("open");
         QTest::addColumn<QString>("hivo");
-        // A screen's rows: its fields all open or all locked, but those in `except`, which are
-        // the other way.
+        // A screen's fields are all open or all locked, but those in `except`.
         const auto rows = [](const QString& screen, const QStringList& fields) {
             return [=](const char* name, const QStringList& steps, const char* enabled, bool open,
                        const char* hivo, const QStringList& except = {}) {
@@ -268,8 +264,7 @@ private slots:
         client("client deleted", {"g6"}, "g3 g4 g6 g7", false, "");
         client("close refused", {"g3", "g7:No"}, "g5 g7", true, "1");
 
-        // The lookup-list editor: hivo names the list; the entry field is always open, and
-        // adding and deleting leave the buttons as they were.
+        // Lookup lists: the entry field is always open; add and delete keep the buttons.
         const auto lookup = rows("Egyebadat", {"ujadat"});
         lookup("list shown", {}, "g1", true, "2");
         lookup("list entry chosen", {"pick"}, "g2 g4", true, "2");
@@ -278,8 +273,7 @@ private slots:
         lookup("list deleted", {"pick", "g2"}, "g2 g4", true, "2");
         lookup("list close refused", {"pick", "g4", "g3:No"}, "g5", true, "2");
 
-        // The postal codes: the mode 0, 1 (new row) or 2 (change) in place of hivo. A saved row
-        // leaves the fields open and the mode as it was.
+        // Postal codes: the mode (0, 1 new, 2 change) for hivo; a save keeps it and the fields.
         const auto codes = rows("irszam", {"irsz", "hely"});
         codes("codes opened", {}, "g1 g4", false, "0");
         codes("codes row shown", {"pick"}, "g1 g2 g4", false, "0");
@@ -320,8 +314,7 @@ private slots:
         kase("case deleted", {"g6"}, "g3 g4 g6 g7", false, "");
         kase("case close refused", {"g4", "g7:No"}, "g5 g7", true, "2", {"ugyszam"});
 
-        // The users editor locks its fields again after a save; nobody is logged in, so the
-        // password of the user changed stays locked.
+        // Users: a save locks again; nobody is logged in, so the user's password stays locked.
         const auto user = rows("users", {"felhnev", "loginnev", "jelszo", "nyelve", "alapugyved",
                                          "jog1", "jog12"});
         user("user shown", {}, "g1 g2 g4 g5", false, "");
@@ -386,8 +379,7 @@ private slots:
                  QStringList{before});
     }
 
-    // Without its right, new, change and delete say "nincsjog" and leave the record shown, its
-    // fields locked and its table as it was.
+    // Without its right, a command says "nincsjog" and leaves record, locks and table as they were.
     void refusedWithoutTheRight_data()
     {
         QTest::addColumn<QString>("screen");
@@ -427,8 +419,7 @@ private slots:
         QCOMPARE(rowsOf(table), before);
     }
 
-    // A save whose row another workstation deleted meanwhile writes nothing, says so and keeps
-    // the entry; saved again, the entry is a new client, or a case of the number shown.
+    // Saving a row another desk deleted writes nothing, keeps the entry; a second save stores it.
     void saveAfterTheRowWasDeletedElsewhere_data()
     {
         QTest::addColumn<QString>("screen");

@@ -1,5 +1,4 @@
-// The lookup-list editor over a real data file: the lists by mode, adding, deleting, renaming,
-// the hand-back to the case screen, and the main menu's buttons that open the reference screens.
+// The lookup-list editor: modes, add, delete, rename, the hand-back, the menu's reference buttons.
 #include "TestSupport.h"
 
 #include "locale/Uzenet.h"
@@ -58,8 +57,7 @@ private slots:
         m_folder.reset();
     }
 
-    // Each mode lists its table in Hungarian order (Cs after C, Ö after O, Sz after S) under the
-    // caption of its list; the case screen's modes use the editor's own caption.
+    // Hungarian order (Cs after C, Ö after O, Sz after S); the case screen's modes: own caption.
     void listOfTheMode_data()
     {
         QTest::addColumn<QString>("hivo");
@@ -83,8 +81,7 @@ private slots:
         QTEST(m_screen->findChild<QLabel*>("sz1")->text(), "title");
     }
 
-    // An entry that differs only in letter case, accents or blanks is the same entry: "vanmar",
-    // and nothing is added. A new one is stored and shown chosen.
+    // Letter case, accents and blanks do not make another entry.
     void adding_data()
     {
         QTest::addColumn<QString>("typed");
@@ -111,8 +108,7 @@ private slots:
             QCOMPARE(list(m_screen.get())->currentItem()->text(), typed);
     }
 
-    // Deleting asks "torol"; a case type that cases use says "nemtorol", the list's last entry is
-    // kept without a word, another workstation's lock is told; the entry stays in each.
+    // Used, last, or locked elsewhere: the entry stays.
     void deleting_data()
     {
         QTest::addColumn<QString>("entry"); // empty: a type the cases use
@@ -156,8 +152,7 @@ private slots:
         QTEST(listed().contains(entry), "kept");
     }
 
-    // A renamed lawyer is renamed in the cases, the users' and the session's default lawyer; a name
-    // another entry has says "vanmar" and keeps the old entry and the renaming open.
+    // A rename carries into cases, users and session; a clash keeps the old entry and the renaming.
     void renaming()
     {
         const QString lawyer = db().scalar("SELECT ugyved FROM ugyek LIMIT 1").toString();
@@ -188,8 +183,7 @@ private slots:
         QCOMPARE(Session::instance().defaultLawyer, QString("Dr. Átnevezett Ügyvéd"));
     }
 
-    // From the case screen: the editor closes to the case screen and hands over the entry added
-    // last; nothing when none was added, or when a deletion came after.
+    // The case screen gets back the entry added last, unless a deletion came after.
     void handBackToTheCaseScreen_data()
     {
         QTest::addColumn<QStringList>("added");
@@ -232,8 +226,7 @@ private slots:
         QCOMPARE(received, QStringList{handed});
     }
 
-    // Without the rights, adding and deleting say "nincsjog" and change nothing; renaming needs
-    // no right.
+    // Adding and deleting need their rights; renaming needs none.
     void refusedWithoutRights()
     {
         Session::instance().rights = QString(20, '0');
@@ -252,8 +245,7 @@ private slots:
         QCOMPARE(count("SELECT count(*) FROM tipusok WHERE tipus = 'Cégjogi ügy'"), 1);
     }
 
-    // The menu's list and postal-code commands open their screen modally over the menu, the
-    // list in the mode asked for.
+    // The menu opens the lists (in the mode asked for) and the postal codes modally over it.
     void menuOpensTheScreens_data()
     {
         QTest::addColumn<QString>("hivo"); // empty: the postal codes

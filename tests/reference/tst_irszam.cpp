@@ -1,5 +1,4 @@
-// The postal-code register over a real data file: the grid of a country, new, changed and
-// deleted rows by their key, and the client screen's look-up finding what was entered.
+// The postal-code register: a country's grid, rows written by their key, the client look-up.
 #include "TestSupport.h"
 
 #include "clients/AddressBlock.h"
@@ -65,8 +64,7 @@ private slots:
         m_folder.reset();
     }
 
-    // A country's rows only, in three visible columns headed by the labels' texts of the
-    // session's language; the whole Hungarian list is read a page at a time.
+    // Only the country's rows, three columns in the session's language; the long list is paged.
     void gridOfACountry()
     {
         Session::instance().language = 3;
@@ -86,10 +84,8 @@ private slots:
         QCOMPARE(source->rowCount(), 3574);
     }
 
-    // A new code is stored with the chosen country, shown in the grid, the fields emptied; the
-    // client screen's look-ups then find it both ways, and it follows its country's renaming. A
-    // row without a place is not stored and its entry stays. A country named with an
-    // apostrophe, added in the lookup list, works throughout.
+    // The client screen's look-ups find a new code both ways, also for a country named with an
+    // apostrophe; a row without a place is not stored; a country's renaming carries over.
     void newCodeIsFoundByTheClientScreen_data()
     {
         QTest::addColumn<QString>("country");
@@ -136,9 +132,7 @@ private slots:
                  country + " régió");
     }
 
-    // Deleting removes the row last activated, even when the highlight moved on afterwards, and
-    // no other; changing writes the activated row, and one deleted meanwhile elsewhere is told
-    // and written nowhere else.
+    // The row last activated is the one deleted or changed, even after the highlight moved on.
     void activatedRowIsTheOneWritten()
     {
         chooseCountry("Magyarország");
