@@ -109,8 +109,7 @@ private slots:
         type(field("nev1"), " elveszik");
         MessageRecorder boxes;
         click("g7");
-        QVERIFY(boxes.shown().isEmpty());
-        QVERIFY(!screen() && m_search.isVisible());
+        QVERIFY(boxes.shown().isEmpty() && !screen() && m_search.isVisible());
         QCOMPARE(stored(key).text("unev1"), QString("Új Ügyfél Kft."));
         open(key);
         QCOMPARE(button("g2")->isChecked(), row.value("ucegprivat").toInt() != -1);
