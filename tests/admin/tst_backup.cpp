@@ -196,8 +196,7 @@ private slots:
         const QByteArray before = readFile(m_folder->dataFile());
         auto* entry = new KeepsItsEntry;
         entry->show();
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         QPointer<admin::fRestore> restore = screen<admin::fRestore>();
         restore->findChild<QPushButton*>("cmdOk")->click();
         QCOMPARE(boxes.texts(), QStringList{question});

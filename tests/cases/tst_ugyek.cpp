@@ -323,8 +323,7 @@ private slots:
     {
         open();
         edit("ugyszam")->setText("T-2");
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         leave(box("ugyfelnev"), "Új Ügyfél Kft.");
         QCOMPARE(boxes.texts(), messages({"nincsujat"}));
         auto* client = visible<clients::Ugyfelek>();
@@ -364,8 +363,7 @@ private slots:
         open("Z-1", onlyNine);
         QCOMPARE(shown(screen(), {"ugyszam", "ellnev", "ugyfelnev"}),
                  (QStringList{"Z-1", "Ellenfél O'Brien", "Farkas Mária"}));
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button("g6")->click();
         QVERIFY(stored("Z-1").isEmpty());
         QCOMPARE(casesExcept("Z-1"), others);
@@ -382,8 +380,7 @@ private slots:
         button("g4")->click();
         edit("megjegyzes")->setText("Félbehagyott");
         const auto& givesWay = Session::instance().screens.caseGivesWay;
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerNo);
+        MessageRecorder boxes{platform::AnswerNo};
         QVERIFY(!givesWay(GiveWay::Replace));
         QCOMPARE(edit("megjegyzes")->text(), QString("Félbehagyott"));
         boxes.answer(platform::AnswerYes);
@@ -421,8 +418,7 @@ private slots:
                  QVariant("S-1/1'a|2024'02|Kovács' beadványa;S-1/2||"));
 
         // The case is never saved; a case of that number shows them again.
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button("g7")->click();
         open();
         fill("s-1");

@@ -139,8 +139,7 @@ private slots:
         QCOMPARE(field("tel1")->text(), QString("111"));
 
         choose(second);
-        MessageRecorder boxes;
-        boxes.answer(answer);
+        MessageRecorder boxes{answer};
         button("g6")->click();
         QCOMPARE(boxes.texts(), messages({"torol"}));
         const bool deleted = answer == platform::AnswerYes;

@@ -131,8 +131,7 @@ private slots:
                         {key.toLongLong()}),
                  (QStringList{"második sor", ""}));
         QCOMPARE(clientsExcept(key), others);
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         click("g6");
         QVERIFY(stored(key).isEmpty());
         QCOMPARE(clientsExcept(key), others);
@@ -155,8 +154,7 @@ private slots:
         QFETCH(QStringList, codes);
         const QStringList all = clientsExcept({});
         open(key);
-        MessageRecorder boxes;
-        boxes.answer(answer);
+        MessageRecorder boxes{answer};
         click("g6");
         QCOMPARE(boxes.texts(), messages(codes));
         QCOMPARE(clientsExcept({}), all);
@@ -203,8 +201,7 @@ private slots:
         click("g4");
         type(field("nev2"), "Második sor");
 
-        MessageRecorder boxes;
-        boxes.answer(answer);
+        MessageRecorder boxes{answer};
         if (gesture == "row") {
             choose("Huber");
         } else if (gesture == "new") {

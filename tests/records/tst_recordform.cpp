@@ -410,8 +410,7 @@ private slots:
         QVERIFY(!shownName.isEmpty());
         const QVariantList before = rowsOf(table);
         Session::instance().rights = QString(20, u'1').replace(right - 1, 1, u'0');
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button(command)->click();
         QCOMPARE(boxes.texts(), messages({"nincsjog"}));
         QCOMPARE(name->text(), shownName);

@@ -143,8 +143,7 @@ private slots:
         }
         open("2");
         pick(entry);
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button("g2")->click();
         QCOMPARE(boxes.texts(), messages(told));
         other.close();

@@ -142,8 +142,7 @@ private slots:
         grid()->setCurrentIndex(grid()->model()->index(7, 1));
         const QVariant seventh = keyAt(7);
         const int before = db().scalar("SELECT count(*) FROM irsz").toInt();
-        MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button("g4")->click();
         QCOMPARE(boxes.texts(), messages({"torol"}));
         QVERIFY(store::PostalCodes(db()).find(fifth).isEmpty());

@@ -36,14 +36,19 @@ QString templateFolder(bool demo)
     }
     return folder;
 }
+// The answer of a box's default button.
+int defaultAnswer(const platform::ShownMessage& m)
+{
+    if (m.style == platform::Confirmation)
+        return platform::AnswerNo;
+    return m.style == platform::RestoreQuestion ? platform::AnswerYes : platform::AnswerOk;
+}
 // With no recorder in place a box must never wait for a user: it is reported and answered with
 // its default button.
 int unexpectedMessage(const platform::ShownMessage& m)
 {
     qWarning("message box: %s", qPrintable(m.text));
-    if (m.style == platform::Confirmation)
-        return platform::AnswerNo;
-    return m.style == platform::RestoreQuestion ? platform::AnswerYes : platform::AnswerOk;
+    return defaultAnswer(m);
 }
 // Watches for a modal dialog that no test drives: one still up at two looks half a second
 // apart is reported (failing the test) and closed, so the test ends at once instead of
@@ -167,20 +172,15 @@ QByteArray readFile(const QString& path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-MessageRecorder::MessageRecorder()
+MessageRecorder::MessageRecorder(std::initializer_list<int> answers) : m_answers(answers)
 {
     platform::setMessageHandler([this](const platform::ShownMessage& m) {
         m_shown << m;
-        if (!m_answers.empty()) {
-            const int a = m_answers.front();
-            m_answers.pop_front();
-            return a;
-        }
-        if (m.style == platform::Confirmation)
-            return int(platform::AnswerNo);
-        if (m.style == platform::RestoreQuestion)
-            return int(platform::AnswerYes);
-        return int(platform::AnswerOk);
+        if (m_answers.empty())
+            return defaultAnswer(m);
+        const int a = m_answers.front();
+        m_answers.pop_front();
+        return a;
     });
 }
 

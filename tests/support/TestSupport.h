@@ -69,11 +69,12 @@ void writeFile(const QString& path, const QByteArray& bytes);
 QByteArray readFile(const QString& path);
 
 // Stands in for the user in front of message boxes: records every box and answers from a
-// script; with nothing scripted it presses the box's default button.
+// script (the answers given first, then those added); with nothing scripted it presses the box's
+// default button.
 class MessageRecorder
 {
 public:
-    MessageRecorder();
+    explicit MessageRecorder(std::initializer_list<int> answers = {});
     ~MessageRecorder();
     void answer(int answer) { m_answers.push_back(answer); }
     const QList<platform::ShownMessage>& shown() const { return m_shown; }
