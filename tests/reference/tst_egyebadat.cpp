@@ -20,12 +20,11 @@ class tst_egyebadat : public QObject
     std::unique_ptr<Egyebadat> m_screen;
 
     platform::Database& db() { return m_folder->db(); }
-    Egyebadat* open(const QString& hivo)
+    void open(const QString& hivo)
     {
         m_screen = std::make_unique<Egyebadat>(db());
         m_screen->setHivo(hivo);
         m_screen->show();
-        return m_screen.get();
     }
     QPushButton* button(const char* name) { return m_screen->findChild<QPushButton*>(name); }
     QLineEdit* edit(const char* name) { return m_screen->findChild<QLineEdit*>(name); }

@@ -259,7 +259,8 @@ QStringList shown(const QWidget* screen, const QStringList& names)
     for (const QString& name : names) {
         const QWidget* w = screen->findChild<QWidget*>(name);
         const auto* box = qobject_cast<const QComboBox*>(w);
-        texts << (box ? box->currentText() : w ? w->property("text").toString() : "?");
+        const QVariant text = w ? w->property("text") : QVariant();
+        texts << (box ? box->currentText() : text.isValid() ? text.toString() : "?");
     }
     return texts;
 }

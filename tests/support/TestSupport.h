@@ -115,7 +115,8 @@ void type(QWidget* w, const QString& text);
 // Enters a field, types, and leaves it with Tab.
 void leave(QWidget* w, const QString& typed = {});
 void clickItem(QListWidget* list, const QString& text);
-// The texts the named fields of a screen show (a choice box's current text); "?" for none.
+// The texts the named fields of a screen show (a choice box's current one); "?" for a field
+// that is not there or shows no text.
 QStringList shown(const QWidget* screen, const QStringList& names);
 // The widths of a grid's visible columns, left to right, and what twips give on screen.
 QList<int> columnWidths(const QTableView* grid);
