@@ -1,7 +1,5 @@
-// causora-casewriter FOLDER COUNT: a second workstation for the backup test. Opens the data
-// file as the program does and saves COUNT cases "1/M", "2/M", ... one after another through
-// the store, a few milliseconds apart, writing each number to its output once the case is
-// stored.
+// causora-casewriter FOLDER COUNT: a second workstation for the backup test. Saves COUNT cases
+// "1/M", "2/M", ... through the store a few milliseconds apart, printing each number once stored.
 #include "store/Access.h"
 #include "store/Cases.h"
 #include "store/Credentials.h"

@@ -1,5 +1,4 @@
-// Backup and restore while other workstations work on the register, files that must not be
-// restored, and the hand-offs to the administration screens.
+// Backup and restore while other desks work, files never restored, the admin hand-offs.
 #include "TestSupport.h"
 
 #include "admin/Install.h"
@@ -11,15 +10,11 @@
 #include "session/Session.h"
 #include "store/Backup.h"
 
-#include <memory>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QDate>
 #include <QDir>
 #include <QPointer>
 #include <QProcess>
-#include <QPushButton>
-#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -41,10 +36,12 @@ QPair<int, int> writtenCases(platform::Database& db)
 
 } // namespace
 
+using namespace testsupport;
+
 class tst_backup : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     QString m_chosen; // what the file dialog answers
 
     template<typename Screen>
@@ -61,7 +58,7 @@ class tst_backup : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
         platform::setFileDialogHandler([this](const platform::FileDialogRequest& request) {
             // The dialogs start in the data folder and offer backup files.
@@ -75,16 +72,11 @@ private slots:
     void cleanup()
     {
         platform::setFileDialogHandler(nullptr);
-        QList<QPointer<QWidget>> windows;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (!w->parentWidget())
-                windows << w;
-        qDeleteAll(windows);
+        deleteWindows();
         m_folder.reset();
     }
 
-    // The copy is one state of the register: every case the other workstation was told was
-    // stored before the backup began, and no case without the ones saved before it.
+    // The copy is one state of the register: every case stored before the backup began, no gaps.
     void backupWhileAnotherWorkstationSaves()
     {
         QProcess writer;
@@ -97,9 +89,9 @@ private slots:
         QVERIFY2(told.size() >= 50, writer.readAllStandardError().constData());
 
         m_chosen = folder() + "/mentes";
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("backupOK")});
+        QCOMPARE(boxes.texts(), messages({"backupOK"}));
         QVERIFY(writer.state() == QProcess::Running);
         QVERIFY(writer.waitForFinished(240000));
         QCOMPARE(writer.exitCode(), 0);
@@ -128,15 +120,14 @@ private slots:
     {
         QFETCH(QString, file);
         m_chosen = folder() + "/" + file;
-        const QByteArray before = testsupport::readFile(m_chosen);
-        testsupport::MessageRecorder boxes;
+        const QByteArray before = readFile(m_chosen);
+        MessageRecorder boxes;
         screen<admin::fBackup>()->findChild<QPushButton*>("cmdOk")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("onmaga")});
-        QVERIFY(testsupport::readFile(m_chosen) == before);
+        QCOMPARE(boxes.texts(), messages({"onmaga"}));
+        QVERIFY(readFile(m_chosen) == before);
     }
 
-    // A file that is no sound data file of the program is refused before anything is asked,
-    // closed or written.
+    // Not a sound data file of the program: refused before anything is asked, closed or written.
     void restoreRefuses_data()
     {
         QTest::addColumn<QString>("kind");
@@ -151,7 +142,7 @@ private slots:
         QFETCH(QString, reason);
         m_chosen = m_folder->root() + "/valami.bck";
         if (kind == "text") {
-            testsupport::writeFile(m_chosen, "Ez nem adatfájl, csak szöveg.\n");
+            writeFile(m_chosen, "Ez nem adatfájl, csak szöveg.\n");
         } else if (kind == "foreign") {
             platform::Database other;
             QVERIFY(other.openUnchecked(m_chosen, nullptr));
@@ -164,30 +155,26 @@ private slots:
             // Garbage over a page in the middle of the client table.
             platform::Database copy;
             QVERIFY(copy.openForReading(m_chosen, nullptr));
-            const int page = copy.scalar("SELECT rootpage FROM sqlite_master WHERE name = "
-                                         "'ugyfelek'")
-                                     .toInt();
-            const int size = copy.scalar("PRAGMA page_size").toInt();
+            const QStringList at = values(copy, "SELECT rootpage, page_size FROM sqlite_master,"
+                                                " pragma_page_size WHERE name = 'ugyfelek'");
             copy.close();
             QFile f(m_chosen);
             QVERIFY(f.open(QIODevice::ReadWrite));
-            f.seek(qint64(page - 1) * size);
-            f.write(QByteArray(size, '\x5a'));
+            f.seek(qint64(at[0].toInt() - 1) * at[1].toInt());
+            f.write(QByteArray(at[1].toInt(), '\x5a'));
         }
-        const QByteArray before = testsupport::readFile(m_folder->dataFile());
-        testsupport::MessageRecorder boxes;
+        const QByteArray before = readFile(m_folder->dataFile());
+        MessageRecorder boxes;
         auto* restore = screen<admin::fRestore>();
         restore->findChild<QPushButton*>("cmdOk")->click();
         QCOMPARE(boxes.texts(),
                  QStringList{uzenetszoveg(reason) + "\r\n" + uzenetszoveg("RestoreH")});
-        QVERIFY(testsupport::readFile(m_folder->dataFile()) == before);
+        QVERIFY(readFile(m_folder->dataFile()) == before);
         QVERIFY(backupFiles().isEmpty());
         QVERIFY(restore->isVisible());
     }
 
-    // A screen that keeps its entry stops the restore before anything is written. Once it is
-    // gone, the restore keeps a copy of the file it replaces, writes the backup into the data
-    // file that other workstations have open, and reopens the session as at a fresh start.
+    // An entry kept on screen stops the restore; then the live file is replaced, a copy kept.
     void goodRestore()
     {
         platform::Database& db = m_folder->db();
@@ -206,16 +193,15 @@ private slots:
         const QString question = uzenetszoveg("RestoreK");
         const QString done = uzenetszoveg("RestoreOK");
 
-        const QByteArray before = testsupport::readFile(m_folder->dataFile());
+        const QByteArray before = readFile(m_folder->dataFile());
         auto* entry = new KeepsItsEntry;
         entry->show();
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         QPointer<admin::fRestore> restore = screen<admin::fRestore>();
         restore->findChild<QPushButton*>("cmdOk")->click();
         QCOMPARE(boxes.texts(), QStringList{question});
         QVERIFY(entry->isVisible());
-        QVERIFY(testsupport::readFile(m_folder->dataFile()) == before);
+        QVERIFY(readFile(m_folder->dataFile()) == before);
         QVERIFY(backupFiles().isEmpty());
 
         delete entry;
@@ -250,8 +236,7 @@ private slots:
                  1);
     }
 
-    // The hand-offs open the screens: users and parameters modal, backup and restore as windows
-    // of their own. (Which menu button calls which, and whether the menu stays, is the menu's.)
+    // Users and parameters open modal, backup and restore as windows of their own.
     void handOffsOpenTheScreens_data()
     {
         QTest::addColumn<QString>("screen");
@@ -267,17 +252,14 @@ private slots:
                                                         {"param", screens.showParameters},
                                                         {"fBackup", screens.showBackup},
                                                         {"fRestore", screens.showRestore}};
-        testsupport::ModalDialogsExpected modal;
+        ModalDialogsExpected modal;
         QString opened; // a modal screen is looked at and closed from inside its own event loop
-        QTimer probe;
-        probe.setSingleShot(true);
-        connect(&probe, &QTimer::timeout, [&] {
+        QTimer::singleShot(0, [&] {
             if (QWidget* w = QApplication::activeModalWidget()) {
                 opened = "modal " + w->objectName();
                 w->close();
             }
         });
-        probe.start(0);
         show[screen]();
         for (QWidget* w : QApplication::topLevelWidgets())
             if (opened.isEmpty() && w->isVisible())

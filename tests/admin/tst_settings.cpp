@@ -1,6 +1,4 @@
-// The users editor (the rights string its check boxes make, the last user, whose password may
-// be changed, login names that must stay apart) and the parameters screen (what closing stores,
-// the default language stored when chosen).
+// The users editor and the parameters screen.
 #include "TestSupport.h"
 
 #include "admin/param.h"
@@ -8,20 +6,16 @@
 #include "locale/Uzenet.h"
 #include "session/Session.h"
 
-#include <memory>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QTest>
+
+using namespace testsupport;
 
 class tst_settings : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     std::unique_ptr<QDialog> m_screen;
 
     template<typename Screen>
@@ -56,7 +50,7 @@ class tst_settings : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
     }
     void cleanup()
@@ -65,8 +59,7 @@ private slots:
         m_folder.reset();
     }
 
-    // Twelve boxes make positions 1 to 12; 13 to 20 are always granted. The logged-in user's
-    // own rights change at his next login, not now.
+    // Boxes 1 to 12 make those positions; 13 to 20 always granted; own rights change next login.
     void rightsStringFromTheBoxes()
     {
         show<admin::users>();
@@ -119,21 +112,19 @@ private slots:
     void lastUserIsNeverDeleted()
     {
         show<admin::users>();
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         for (const char* name : {"Anna Müller", "John Smith", "Rendszergazda"}) {
             choose(name);
             boxes.answer(platform::AnswerYes);
             press("g4");
         }
-        QCOMPARE(userCount(), 1);
-        QCOMPARE(stored("felhnev", "ADMIN").toString(), QString("Rendszergazda"));
-        QCOMPARE(boxes.texts(), (QStringList{uzenetszoveg("torol"), uzenetszoveg("torol"),
-                                             uzenetszoveg("torol"), uzenetszoveg("utolsofelh")}));
+        QCOMPARE(values(m_folder->db(), "SELECT loginnev, felhnev FROM felhasznalo"),
+                 (QStringList{"ADMIN", "Rendszergazda"}));
+        QCOMPARE(boxes.texts(), messages({"torol", "torol", "torol", "utolsofelh"}));
         QCOMPARE(field<QListWidget>("adatlst")->count(), 1);
     }
 
-    // A login name another user has, in any letter case, is refused and the entry kept; a new
-    // name is stored in capitals.
+    // A login name another user has, in any letter case, is refused and the entry kept.
     void duplicateLoginName_data()
     {
         QTest::addColumn<QString>("change"); // the user changed; empty for a new one
@@ -156,9 +147,9 @@ private slots:
         }
         field("loginnev")->setText(login);
         const int users = userCount();
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         press("g3");
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("loginfoglalt")});
+        QCOMPARE(boxes.texts(), messages({"loginfoglalt"}));
         QCOMPARE(userCount(), users);
         QCOMPARE(stored("felhnev", "MUELLER").toString(), QString("Anna Müller"));
         QVERIFY(field<QPushButton>("g3")->isEnabled());
@@ -168,18 +159,16 @@ private slots:
         press("g3");
         QCOMPARE(boxes.texts().size(), 1);
         QVERIFY(!field<QPushButton>("g3")->isEnabled());
-        if (change.isEmpty()) {
-            QCOMPARE(stored("felhnev", "KISS").toString(), QString("Kiss Péter"));
-            QCOMPARE(stored("felhjog", "KISS").toString(), QString(20, '1'));
-            QCOMPARE(stored("felhnyelv", "KISS").toInt(), 1);
-            QVERIFY(stored("alapugyv", "KISS").isNull());
-        } else {
+        if (change.isEmpty())
+            QCOMPARE(values(m_folder->db(), "SELECT felhnev, felhjog, felhnyelv, alapugyv IS NULL"
+                                            " FROM felhasznalo WHERE loginnev = 'KISS'"),
+                     (QStringList{"Kiss Péter", QString(20, '1'), "1", "1"}));
+        else
             QCOMPARE(stored("felhnev", "KISS").toString(), change);
-        }
     }
 
-    // Closing stores the modem settings and the login flag, by Bezár or by the close box; an
-    // empty port is the first port, an empty prefix one blank. The current run keeps its rights.
+    // Closing (Bezár or close box) stores the modem settings and the login flag; an empty port is
+    // the first port, an empty prefix one blank.
     void closingStores_data()
     {
         QTest::addColumn<bool>("closeBox");
@@ -201,16 +190,13 @@ private slots:
         else
             field<QPushButton>("g5")->click();
         QVERIFY(!m_screen->isVisible());
-        const platform::Row row = m_folder->db().first("SELECT * FROM parameterek");
-        QCOMPARE(row.text("modemport"), QString("1"));
-        QCOMPARE(row.text("elotag"), QString(" "));
-        QCOMPARE(row.value("tonepulse").toInt(), 0);
-        QCOMPARE(row.value("kelllogon").toInt(), -1);
+        QCOMPARE(values(m_folder->db(),
+                        "SELECT modemport, elotag, tonepulse, kelllogon FROM parameterek"),
+                 (QStringList{"1", " ", "0", "-1"}));
         QCOMPARE(Session::instance().rights, rights);
     }
 
-    // The language is stored when it is chosen; while nobody is logged in the open screens
-    // speak it at once, a logged-in user keeps his own.
+    // While nobody is logged in the open screens speak the chosen language at once.
     void languageStoredWhenChosen_data()
     {
         QTest::addColumn<QString>("user");

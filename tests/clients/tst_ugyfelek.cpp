@@ -9,25 +9,18 @@
 #include "store/Cases.h"
 #include "store/Clients.h"
 
-#include <memory>
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
-#include <QTest>
 
 using clients::Ugyfelek;
+using namespace testsupport;
 
 class tst_ugyfelek : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     QWidget m_search;
 
-    static platform::Database& db() { return testsupport::database(); }
+    static platform::Database& db() { return database(); }
     static platform::Row stored(const QString& key)
     {
         return db().first("select * from ugyfelek where ukod = ?", {key.toLongLong()});
@@ -35,35 +28,13 @@ class tst_ugyfelek : public QObject
     // Every value of every client but the keyed one (all with no key), to see what was touched.
     static QStringList clientsExcept(const QString& key)
     {
-        QStringList values;
-        for (const platform::Row& row : db().select(
-                     "select * from ugyfelek where ukod <> ? order by ukod", {key.toLongLong()}))
-            for (int i = 0; i < row.count(); ++i)
-                values << row.value(i).toString();
-        return values;
+        return values(db(), "select * from ugyfelek where ukod <> ? order by ukod",
+                      {key.toLongLong()});
     }
-    static QStringList texts(QStringList codes)
-    {
-        for (QString& code : codes)
-            code = uzenetszoveg(code);
-        return codes;
-    }
-    static Ugyfelek* screen()
-    {
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (auto* s = qobject_cast<Ugyfelek*>(w); s && !s->isUnloading())
-                return s;
-        return nullptr;
-    }
+    static Ugyfelek* screen() { return loaded<Ugyfelek>(); }
     static QLineEdit* field(const char* name) { return screen()->findChild<QLineEdit*>(name); }
     static QComboBox* orszag() { return screen()->findChild<QComboBox*>("orszag"); }
     static auto* button(const char* name) { return screen()->findChild<QAbstractButton*>(name); }
-    // Types as a user would; characters beyond ASCII are sent one by one.
-    static void type(QWidget* w, const QString& text)
-    {
-        for (const QChar c : text)
-            QTest::sendKeyEvent(QTest::Click, w, Qt::Key(c.toUpper().unicode()), QString(c), {});
-    }
     // Option buttons take clicks on their mark and caption, which sit at the left.
     static void click(const char* name)
     {
@@ -82,21 +53,17 @@ class tst_ugyfelek : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
-        clients::install(Session::instance().screens, testsupport::database());
+        clients::install(Session::instance().screens, db());
         m_search.hide();
     }
     void cleanup()
     {
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (qobject_cast<Ugyfelek*>(w) || qobject_cast<keres*>(w))
-                w->deleteLater();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        deleteWindows(&m_search);
         m_folder.reset();
     }
-    // A new client's name is checked against the cases' opponents as it is typed; the notice
-    // names the case and the client is stored all the same.
+    // The conflict notice names the case as the name is typed, and the save goes on.
     void nameCheckedAgainstOpponents()
     {
         QVERIFY(store::Cases(db()).add({{"ugyszam", "U-1"}, {"ellnev", "Zöldfa Bt."}}).stored());
@@ -108,9 +75,8 @@ private slots:
         type(field("nev1"), "né");
         QVERIFY(notice->isHidden());
         button("g5")->click();
-        QCOMPARE(db().scalar("SELECT count(*) FROM ugyfelek WHERE unev1egyezo = 'kftne zoldfa'")
-                         .toInt(),
-                 1);
+        QCOMPARE(values(db(), "SELECT count(*) FROM ugyfelek WHERE unev1egyezo = 'kftne zoldfa'"),
+                 QStringList{"1"});
     }
     void newClientIsStored_data()
     {
@@ -118,15 +84,11 @@ private slots:
         QTest::addColumn<QString>("option");
         QTest::addColumn<QString>("storedCountry");
         QTest::addColumn<QVariant>("storedOption");
-        QTest::newRow("empty country, private") << ""
-                                                << "g2"
+        const QString at = "Ausztria";
+        QTest::newRow("empty country, private") << QString() << "g2"
                                                 << "Magyarország" << QVariant(0);
-        QTest::newRow("country kept, company") << "Ausztria"
-                                               << "g1"
-                                               << "Ausztria" << QVariant(-1);
-        QTest::newRow("neither option chosen") << "Ausztria"
-                                               << ""
-                                               << "Ausztria" << QVariant();
+        QTest::newRow("country kept, company") << at << "g1" << at << QVariant(-1);
+        QTest::newRow("neither option chosen") << at << QString() << at << QVariant();
     }
     void newClientIsStored()
     {
@@ -145,10 +107,9 @@ private slots:
               "storedOption");
         // The fields still take typing after the save, but closing asks nothing and saves nothing.
         type(field("nev1"), " elveszik");
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         click("g7");
-        QVERIFY(boxes.shown().isEmpty());
-        QVERIFY(!screen() && m_search.isVisible());
+        QVERIFY(boxes.shown().isEmpty() && !screen() && m_search.isVisible());
         QCOMPARE(stored(key).text("unev1"), QString("Új Ügyfél Kft."));
         open(key);
         QCOMPARE(button("g2")->isChecked(), row.value("ucegprivat").toInt() != -1);
@@ -166,23 +127,22 @@ private slots:
         type(field("nev2"), "második sor");
         orszag()->setEditText(QString());
         click("g5");
-        QCOMPARE(stored(key).text("unev2"), QString("második sor"));
-        QCOMPARE(stored(key).text("uorszag"), QString());
+        QCOMPARE(values(db(), "select unev2, uorszag from ugyfelek where ukod = ?",
+                        {key.toLongLong()}),
+                 (QStringList{"második sor", ""}));
         QCOMPARE(clientsExcept(key), others);
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         click("g6");
         QVERIFY(stored(key).isEmpty());
         QCOMPARE(clientsExcept(key), others);
         // The screen empties its fields but keeps the old key shown.
-        QVERIFY(field("nev1")->text().isEmpty() && orszag()->currentText().isEmpty());
-        QCOMPARE(field("ukod")->text(), key);
+        QCOMPARE(shown(screen(), {"nev1", "orszag", "ukod"}), (QStringList{"", "", key}));
     }
     void deleteKeepsAClientWithCasesOrUnconfirmed_data()
     {
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("answer");
-        QTest::addColumn<QStringList>("messages");
+        QTest::addColumn<QStringList>("codes");
         const int yes = platform::AnswerYes, no = platform::AnswerNo;
         QTest::newRow("with a case") << "3" << yes << QStringList{"torol", "nemtorol"};
         QTest::newRow("not confirmed") << "15" << no << QStringList{"torol"};
@@ -191,13 +151,12 @@ private slots:
     {
         QFETCH(QString, key);
         QFETCH(int, answer);
-        QFETCH(QStringList, messages);
+        QFETCH(QStringList, codes);
         const QStringList all = clientsExcept({});
         open(key);
-        testsupport::MessageRecorder boxes;
-        boxes.answer(answer);
+        MessageRecorder boxes{answer};
         click("g6");
-        QCOMPARE(boxes.texts(), texts(messages));
+        QCOMPARE(boxes.texts(), messages(codes));
         QCOMPARE(clientsExcept({}), all);
     }
     void activatingKeepsEachCountryOnce()
@@ -209,9 +168,8 @@ private slots:
         QCOMPARE(orszag()->count(), db().scalar("select count(*) from orszagok").toInt());
         QCOMPARE(orszag()->currentText(), QString("Ausztria"));
     }
-    // With an entry in progress, choosing another row or Új on the search screen, opening the
-    // search screen anew from the menu, or Bezár asks "ments" ("close without saving?") first.
-    // No keeps the entry on screen; Yes drops it and saves nothing.
+    // An entry in progress, then another row, Új, the search screen anew or Bezár: "ments" is
+    // asked; No keeps the entry on screen, Yes drops it and saves nothing.
     void anEntryIsAskedAboutBeforeItGoes_data()
     {
         QTest::addColumn<QString>("gesture");
@@ -226,12 +184,9 @@ private slots:
         QFETCH(QString, gesture);
         QFETCH(int, answer);
         Screens& screens = Session::instance().screens;
-        search::install(screens, testsupport::database());
+        search::install(screens, db());
         screens.showSearch("1");
-        keres* search = nullptr;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (auto* k = qobject_cast<keres*>(w); k && k->isVisible())
-                search = k;
+        keres* search = visible<keres>();
         QVERIFY(search);
         const auto choose = [search](const QString& name) {
             auto* ker1 = search->findChild<QLineEdit*>("ker1");
@@ -246,8 +201,7 @@ private slots:
         click("g4");
         type(field("nev2"), "Második sor");
 
-        testsupport::MessageRecorder boxes;
-        boxes.answer(answer);
+        MessageRecorder boxes{answer};
         if (gesture == "row") {
             choose("Huber");
         } else if (gesture == "new") {
@@ -258,7 +212,7 @@ private slots:
             search->close();
             screens.showSearch("2");
         }
-        QCOMPARE(boxes.texts(), texts({"ments"}));
+        QCOMPARE(boxes.texts(), messages({"ments"}));
         QCOMPARE(clientsExcept({}), all);
         QVERIFY(search->isVisible());
         if (answer == platform::AnswerNo) {
@@ -272,8 +226,7 @@ private slots:
             QCOMPARE(field("nev1")->text(), gesture == "row" ? QString("Huber GmbH") : QString());
         }
     }
-    // Opened by the case screen, the screen saves with "Ment és Vissza" and hands the new
-    // client back to the case screen, which is shown again while this one is only hidden.
+    // From the case screen: "Ment és Vissza" saves and hands the client back to the case screen.
     void newClientForTheCaseScreen()
     {
         QWidget caseScreen; // a stand-in for the case screen

@@ -1,6 +1,5 @@
-// The record-screen edit model, run over each record screen: which commands are open and which
-// fields locked after each step, the rights gates, locked choice boxes, and saves that find their
-// row gone.
+// The record-screen edit model over each record screen: states, rights, locked boxes, saves
+// whose row is gone.
 #include "TestSupport.h"
 
 #include "admin/users.h"
@@ -10,7 +9,6 @@
 #include "clients/PartnerInstall.h"
 #include "clients/Partnerek.h"
 #include "clients/Ugyfelek.h"
-#include "locale/Uzenet.h"
 #include "platform/LockedCombo.h"
 #include "reference/Egyebadat.h"
 #include "reference/irszam.h"
@@ -20,59 +18,44 @@
 #include "store/Clients.h"
 
 #include <functional>
-#include <memory>
-#include <QAbstractButton>
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QTableView>
-#include <QTest>
 #include <QWheelEvent>
 
-namespace {
+using namespace testsupport;
 
-// A record screen opened on a record, as its caller opens it.
-using Opener = std::function<QWidget*(QWidget* caller)>;
+namespace {
 
 // The record screen of type T that its hand-off has just shown, activated as on showing.
 template<class T>
 T* activated()
 {
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* s = qobject_cast<T*>(w); s && !s->isUnloading()) {
-            s->Activate();
-            return s;
-        }
-    return nullptr;
+    T* screen = loaded<T>();
+    if (screen)
+        screen->Activate();
+    return screen;
 }
 
 QWidget* openClient(QWidget* caller, const QString& key)
 {
-    clients::install(Session::instance().screens, testsupport::database());
+    clients::install(Session::instance().screens, database());
     Session::instance().screens.showClient({key, store::Clients::list(), caller});
     return activated<clients::Ugyfelek>();
 }
 
-QString hivoOf(QWidget* screen)
-{
-    return screen->findChild<QLineEdit*>("hivo")->text();
-}
-
-// A record screen under test: how it is opened, the steps that are not a button ("pick": the
-// user chooses a row or an entry) and what is typed before a save, the command buttons whose
+// A record screen under test: how its caller opens it, the steps that are not a button ("pick":
+// the user chooses a row or an entry) and what is typed before a save, the command buttons whose
 // states the rows give, and the mode it shows (its hivo field unless told otherwise).
 struct ScreenUnderTest
 {
-    Opener open;
+    std::function<QWidget*(QWidget* caller)> open;
     std::function<void(QWidget*, const QString& step)> act;
     QStringList buttons{"g3", "g4", "g5", "g6", "g7"};
-    std::function<QString(QWidget*)> mode = hivoOf;
+    std::function<QString(QWidget*)> mode
+            = [](QWidget* s) { return s->findChild<QLineEdit*>("hivo")->text(); };
 };
 
-QWidget* shown(QWidget* screen)
+QWidget* showing(QWidget* screen)
 {
     screen->setAttribute(Qt::WA_DeleteOnClose);
     screen->show();
@@ -82,9 +65,9 @@ QWidget* shown(QWidget* screen)
 // The lookup-list editor on the case types, as the main menu opens it.
 QWidget* openLookupList(QWidget*)
 {
-    auto* screen = new reference::Egyebadat(testsupport::database());
+    auto* screen = new reference::Egyebadat(database());
     screen->setHivo("2");
-    return shown(screen);
+    return showing(screen);
 }
 
 void actOnLookupList(QWidget* screen, const QString& step)
@@ -100,7 +83,7 @@ void actOnLookupList(QWidget* screen, const QString& step)
 // The postal-code register with Hungary chosen.
 QWidget* openPostalCodes(QWidget*)
 {
-    auto* screen = shown(new reference::irszam(testsupport::database()));
+    auto* screen = showing(new reference::irszam(database()));
     auto* countries = screen->findChild<QListWidget*>("orszlst");
     countries->setCurrentItem(countries->findItems("Magyarország", Qt::MatchExactly).first());
     emit countries->itemClicked(countries->currentItem());
@@ -121,7 +104,7 @@ void actOnPostalCodes(QWidget* screen, const QString& step)
 // The partner screen from the main menu, with the grid's first row chosen or none.
 QWidget* openPartner(bool chooseRow)
 {
-    clients::installPartners(Session::instance().screens, testsupport::database());
+    clients::installPartners(Session::instance().screens, database());
     Session::instance().screens.showPartners();
     clients::Partnerek* screen = activated<clients::Partnerek>();
     if (screen && chooseRow)
@@ -140,7 +123,7 @@ void actOnNamedRecord(QWidget* screen, const QString& step)
 
 QWidget* openCase(QWidget* caller, const QString& number)
 {
-    cases::install(Session::instance().screens, testsupport::database());
+    cases::install(Session::instance().screens, database());
     Session::instance().screens.showCase({number, store::Cases::list(), caller});
     return activated<cases::Ugyek>();
 }
@@ -160,7 +143,7 @@ void actOnCase(QWidget* screen, const QString& step)
 // The users editor, modal over the menu in the program, shown here with one user chosen.
 QWidget* openUsers(QWidget*)
 {
-    auto* screen = new admin::users(testsupport::database());
+    auto* screen = new admin::users(database());
     screen->show();
     auto* list = screen->findChild<QListWidget*>("adatlst");
     list->setCurrentItem(list->findItems("John Smith", Qt::MatchExactly).value(0));
@@ -199,8 +182,7 @@ const QMap<QString, ScreenUnderTest>& screens()
 QVariantList rowsOf(const QString& table)
 {
     QVariantList values;
-    for (const platform::Row& row :
-         testsupport::database().select("SELECT * FROM " + table + " ORDER BY 1"))
+    for (const platform::Row& row : database().select("SELECT * FROM " + table + " ORDER BY 1"))
         for (int i = 0; i < row.count(); ++i)
             values << row.value(i);
     return values;
@@ -222,7 +204,7 @@ bool isLocked(QWidget* w)
 class tst_recordform : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     QWidget m_caller;
     QWidget* m_screen = nullptr;
 
@@ -242,22 +224,17 @@ class tst_recordform : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
     }
     void cleanup()
     {
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (w != &m_caller)
-                w->deleteLater();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        deleteWindows(&m_caller);
         m_folder.reset();
     }
 
-    // Each row: a screen, the commands pressed in turn ("row" is Enter on the screen's grid; a
-    // Yes answers every question; "g5:asis" saves the entry as it stands, without filling what a
-    // save needs), and what is open, what is locked and what hivo says afterwards. Later screens
-    // add rows.
+    // Steps are pressed in turn ("row": Enter on the grid; Yes answers each question unless ":No";
+    // "g5:asis" saves the entry as it stands). Later screens add rows.
     void stateTable_data()
     {
         QTest::addColumn<QString>("screen");
@@ -266,8 +243,7 @@ private slots:
         QTest::addColumn<QStringList>("locked");
         QTest::addColumn<QStringList>("open");
         QTest::addColumn<QString>("hivo");
-        // A screen's rows: its fields all open or all locked, but those in `except`, which are
-        // the other way.
+        // A screen's fields are all open or all locked, but those in `except`.
         const auto rows = [](const QString& screen, const QStringList& fields) {
             return [=](const char* name, const QStringList& steps, const char* enabled, bool open,
                        const char* hivo, const QStringList& except = {}) {
@@ -288,8 +264,7 @@ private slots:
         client("client deleted", {"g6"}, "g3 g4 g6 g7", false, "");
         client("close refused", {"g3", "g7:No"}, "g5 g7", true, "1");
 
-        // The lookup-list editor: hivo names the list; the entry field is always open, and
-        // adding and deleting leave the buttons as they were.
+        // Lookup lists: the entry field is always open; add and delete keep the buttons.
         const auto lookup = rows("Egyebadat", {"ujadat"});
         lookup("list shown", {}, "g1", true, "2");
         lookup("list entry chosen", {"pick"}, "g2 g4", true, "2");
@@ -298,8 +273,7 @@ private slots:
         lookup("list deleted", {"pick", "g2"}, "g2 g4", true, "2");
         lookup("list close refused", {"pick", "g4", "g3:No"}, "g5", true, "2");
 
-        // The postal codes: the mode 0, 1 (new row) or 2 (change) in place of hivo. A saved row
-        // leaves the fields open and the mode as it was.
+        // Postal codes: the mode (0, 1 new, 2 change) for hivo; a save keeps it and the fields.
         const auto codes = rows("irszam", {"irsz", "hely"});
         codes("codes opened", {}, "g1 g4", false, "0");
         codes("codes row shown", {"pick"}, "g1 g2 g4", false, "0");
@@ -340,8 +314,7 @@ private slots:
         kase("case deleted", {"g6"}, "g3 g4 g6 g7", false, "");
         kase("case close refused", {"g4", "g7:No"}, "g5 g7", true, "2", {"ugyszam"});
 
-        // The users editor locks its fields again after a save; nobody is logged in, so the
-        // password of the user changed stays locked.
+        // Users: a save locks again; nobody is logged in, so the user's password stays locked.
         const auto user = rows("users", {"felhnev", "loginnev", "jelszo", "nyelve", "alapugyved",
                                          "jog1", "jog12"});
         user("user shown", {}, "g1 g2 g4 g5", false, "");
@@ -361,7 +334,7 @@ private slots:
         QVERIFY(m_screen);
         for (const QString& step : steps) {
             // Each step's own answer: one a step did not use is not left for the next.
-            testsupport::MessageRecorder boxes;
+            MessageRecorder boxes;
             const QStringList parts = step.split(':');
             boxes.answer(parts.value(1) == "No" ? platform::AnswerNo : platform::AnswerYes);
             if (parts.value(1) != "asis")
@@ -402,75 +375,96 @@ private slots:
         // The change that follows stores the country shown, not one the box was turned to.
         button("g4")->click();
         button("g5")->click();
-        QCOMPARE(testsupport::database()
-                         .scalar("SELECT uorszag FROM ugyfelek WHERE ukod = 16")
-                         .toString(),
-                 before);
+        QCOMPARE(values(database(), "SELECT uorszag FROM ugyfelek WHERE ukod = 16"),
+                 QStringList{before});
     }
 
-    // Without its right, new, change and delete say "nincsjog" and leave the record shown, its
-    // fields locked and its table as it was.
+    // Without its right, a command says "nincsjog" and leaves record, locks and table as they were.
     void refusedWithoutTheRight_data()
     {
         QTest::addColumn<QString>("screen");
         QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("field"); // one that shows the record
         QTest::addColumn<QString>("command");
         QTest::addColumn<int>("right");
-        const std::pair<const char*, const char*> tables[]{{"Ugyfelek", "ugyfelek"},
-                                                           {"Partnerek", "partner"}};
+        const char* const tables[][3]{{"Ugyfelek", "ugyfelek", "nev1"},
+                                      {"Partnerek", "partner", "nev1"},
+                                      {"Ugyek", "ugyek", "ugyszam"}};
         const std::pair<const char*, Right> commands[]{
                 {"g3", Right::NewRecord}, {"g4", Right::ChangeRecord}, {"g6", Right::DeleteRecord}};
-        for (const auto& [screen, table] : tables)
+        for (const auto& [screen, table, field] : tables)
             for (const auto& [command, right] : commands)
-                QTest::addRow("%s %s", screen, command) << screen << table << command << int(right);
+                QTest::addRow("%s %s", screen, command)
+                        << screen << table << field << command << int(right);
     }
     void refusedWithoutTheRight()
     {
         QFETCH(QString, screen);
         QFETCH(QString, table);
+        QFETCH(QString, field);
         QFETCH(QString, command);
         QFETCH(int, right);
         m_screen = screens()[screen].open(&m_caller);
-        auto* name = m_screen->findChild<QLineEdit*>("nev1");
+        auto* name = m_screen->findChild<QLineEdit*>(field);
         const QString shownName = name->text();
         QVERIFY(!shownName.isEmpty());
         const QVariantList before = rowsOf(table);
         Session::instance().rights = QString(20, u'1').replace(right - 1, 1, u'0');
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button(command)->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsjog")});
+        QCOMPARE(boxes.texts(), messages({"nincsjog"}));
         QCOMPARE(name->text(), shownName);
         QVERIFY(name->isReadOnly() && !button("g5")->isEnabled());
         QCOMPARE(rowsOf(table), before);
     }
 
-    // A save whose row another workstation deleted meanwhile writes nothing, says so and keeps
-    // the entry, which can then be saved as a new record.
+    // Saving a row another desk deleted writes nothing, keeps the entry; a second save stores it.
+    void saveAfterTheRowWasDeletedElsewhere_data()
+    {
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<QString>("field"); // changed
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("row"); // the shown record
+        QTest::addColumn<QString>("saved"); // what the second save stored
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("client") << "Ugyfelek"
+                                << "nev1"
+                                << "ugyfelek"
+                                << "ukod = 15"
+                                << "SELECT count(*), sum(ukod = 15) FROM ugyfelek"
+                                   " WHERE unev1 = 'Megváltozott' OR ukod = 15"
+                                << QStringList{"1", "0"};
+        QTest::newRow("case") << "Ugyek"
+                              << "megjegyzes"
+                              << "ugyek"
+                              << "ugyszam = '2019/123'"
+                              << "SELECT megjegyzes FROM ugyek WHERE ugyszam = '2019/123'"
+                              << QStringList{"Megváltozott"};
+    }
     void saveAfterTheRowWasDeletedElsewhere()
     {
-        m_screen = openClient(&m_caller, "15");
-        auto* name = m_screen->findChild<QLineEdit*>("nev1");
+        QFETCH(QString, screen);
+        QFETCH(QString, field);
+        QFETCH(QString, table);
+        QFETCH(QString, row);
+        QFETCH(QString, saved);
+        m_screen = screens()[screen].open(&m_caller);
+        auto* edit = m_screen->findChild<QLineEdit*>(field);
         button("g4")->click();
-        name->setText("Megváltozott Név");
+        edit->setText("Megváltozott");
         platform::Database other;
         QVERIFY(other.openExisting(m_folder->dataFile(), nullptr));
-        QVERIFY(store::Clients(other).remove(15).stored());
-        const QVariantList before = rowsOf("ugyfelek");
+        QVERIFY(other.exec("DELETE FROM " + table + " WHERE " + row));
+        const QVariantList before = rowsOf(table);
 
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         button("g5")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsmar")});
-        QCOMPARE(name->text(), QString("Megváltozott Név"));
+        QCOMPARE(boxes.texts(), messages({"nincsmar"}));
+        QCOMPARE(edit->text(), QString("Megváltozott"));
         QVERIFY(button("g5")->isEnabled());
-        QCOMPARE(rowsOf("ugyfelek"), before);
-
-        // Saved again, the entry becomes a new client.
+        QCOMPARE(rowsOf(table), before);
         button("g5")->click();
-        platform::Database& db = testsupport::database();
-        QCOMPARE(db.scalar("SELECT count(*) FROM ugyfelek WHERE unev1 = ?", {name->text()}).toInt(),
-                 1);
-        QVERIFY(store::Clients(db).find(15).isEmpty());
+        QTEST(values(database(), saved), "expected");
     }
 };
 

@@ -1,5 +1,4 @@
-// The lookup-list editor over a real data file: the lists by mode, adding, deleting, renaming,
-// the hand-back to the case screen, and the main menu's buttons that open the reference screens.
+// The lookup-list editor: modes, add, delete, rename, the hand-back, the menu's reference buttons.
 #include "TestSupport.h"
 
 #include "locale/Uzenet.h"
@@ -8,51 +7,36 @@
 #include "session/Alap.h"
 #include "session/Session.h"
 
-#include <memory>
-#include <QApplication>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTest>
 #include <QTimer>
 
 using reference::Egyebadat;
+using namespace testsupport;
 
 class tst_egyebadat : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     std::unique_ptr<Egyebadat> m_screen;
 
     platform::Database& db() { return m_folder->db(); }
-    Egyebadat* open(const QString& hivo)
+    void open(const QString& hivo)
     {
         m_screen = std::make_unique<Egyebadat>(db());
         m_screen->setHivo(hivo);
         m_screen->show();
-        return m_screen.get();
     }
     QPushButton* button(const char* name) { return m_screen->findChild<QPushButton*>(name); }
     QLineEdit* edit(const char* name) { return m_screen->findChild<QLineEdit*>(name); }
+    static QListWidget* list(QWidget* screen) { return screen->findChild<QListWidget*>("adatlst"); }
     QStringList listed()
     {
         QStringList items;
-        auto* list = m_screen->findChild<QListWidget*>("adatlst");
-        for (int i = 0; i < list->count(); ++i)
-            items << list->item(i)->text();
+        for (int i = 0; i < list(m_screen.get())->count(); ++i)
+            items << list(m_screen.get())->item(i)->text();
         return items;
     }
-    // The user clicks an entry of the list.
-    void pick(const QString& entry, QWidget* screen = nullptr)
-    {
-        auto* list = (screen ? screen : m_screen.get())->findChild<QListWidget*>("adatlst");
-        const QList<QListWidgetItem*> found = list->findItems(entry, Qt::MatchExactly);
-        QVERIFY2(!found.isEmpty(), qPrintable(entry));
-        list->scrollToItem(found.first());
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(found.first()).center());
-    }
+    void pick(const QString& entry) { clickItem(list(m_screen.get()), entry); }
     int count(const QString& sql, const QVariantList& params = {})
     {
         QString error;
@@ -63,7 +47,7 @@ class tst_egyebadat : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>(true);
+        m_folder = std::make_unique<TestFolder>(true);
         QVERIFY(m_folder->open());
     }
     void cleanup()
@@ -72,8 +56,7 @@ private slots:
         m_folder.reset();
     }
 
-    // Each mode lists its table in Hungarian order (Cs after C, Ö after O, Sz after S) under the
-    // caption of its list; the case screen's modes use the editor's own caption.
+    // Hungarian order (Cs after C, Ö after O, Sz after S); the case screen's modes: own caption.
     void listOfTheMode_data()
     {
         QTest::addColumn<QString>("hivo");
@@ -86,10 +69,8 @@ private slots:
         QTest::newRow("1") << "1" << countries << "Országok";
         QTest::newRow("12") << "12" << countries << "Egyébadat";
         QTest::newRow("2") << "2" << types << "Ügytípusok";
-        QTest::newRow("3") << "3"
-                           << QStringList{"Dr. Horváth Péter", "Dr. Németh Gábor",
-                                          "Dr. Szabó Katalin"}
-                           << "Ügyvédek";
+        const QStringList lawyers{"Dr. Horváth Péter", "Dr. Németh Gábor", "Dr. Szabó Katalin"};
+        QTest::newRow("3") << "3" << lawyers << "Ügyvédek";
     }
     void listOfTheMode()
     {
@@ -99,8 +80,7 @@ private slots:
         QTEST(m_screen->findChild<QLabel*>("sz1")->text(), "title");
     }
 
-    // An entry that differs only in letter case, accents or blanks is the same entry: "vanmar",
-    // and nothing is added. A new one is stored and shown chosen.
+    // Letter case, accents and blanks do not make another entry.
     void adding_data()
     {
         QTest::addColumn<QString>("typed");
@@ -118,38 +98,37 @@ private slots:
         const int before = count("SELECT count(*) FROM ugyvedek");
         open("3");
         edit("ujadat")->setText(typed);
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         button("g1")->click();
-        QCOMPARE(boxes.texts(), stored ? QStringList() : QStringList{uzenetszoveg("vanmar")});
+        QCOMPARE(boxes.texts(), messages(stored ? QStringList() : QStringList{"vanmar"}));
         QCOMPARE(count("SELECT count(*) FROM ugyvedek"), before + (stored ? 1 : 0));
         QCOMPARE(edit("ujadat")->text(), QString());
         if (stored)
-            QCOMPARE(m_screen->findChild<QListWidget*>("adatlst")->currentItem()->text(), typed);
+            QCOMPARE(list(m_screen.get())->currentItem()->text(), typed);
     }
 
-    // Deleting asks "torol"; a case type that cases use says "nemtorol", the list's last entry is
-    // kept without a word, another workstation's lock is told; the entry stays in each.
+    // Used, last, or locked elsewhere: the entry stays.
     void deleting_data()
     {
         QTest::addColumn<QString>("entry"); // empty: a type the cases use
         QTest::addColumn<QString>("setup");
-        QTest::addColumn<QString>("told"); // after "torol"
+        QTest::addColumn<QStringList>("told");
         QTest::addColumn<bool>("kept");
         const auto row = [](const char* name, const char* entry, const char* setup,
-                            const char* told, bool kept) {
-            QTest::newRow(name) << QString(entry) << QString(setup) << QString(told) << kept;
+                            const QStringList& told, bool kept) {
+            QTest::newRow(name) << QString(entry) << QString(setup) << told << kept;
         };
-        row("unused", "Cégügy", "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'", "", false);
-        row("used", "", "", "nemtorol", true);
-        row("last", "Cégügy", "DELETE FROM ugyek; DELETE FROM tipusok WHERE tipus <> 'Cégügy'", "",
-            true);
-        row("locked elsewhere", "Cégügy", "lock", "foglalt", true);
+        row("unused", "Cégügy", "DELETE FROM ugyek WHERE ugytipus = 'Cégügy'", {"torol"}, false);
+        row("used", "", "", {"torol", "nemtorol"}, true);
+        row("last", "Cégügy", "DELETE FROM ugyek; DELETE FROM tipusok WHERE tipus <> 'Cégügy'",
+            {"torol"}, true);
+        row("locked elsewhere", "Cégügy", "lock", {"torol", "foglalt"}, true);
     }
     void deleting()
     {
         QFETCH(QString, entry);
         QFETCH(QString, setup);
-        QFETCH(QString, told);
+        QFETCH(QStringList, told);
         if (entry.isEmpty())
             entry = db().scalar("SELECT ugytipus FROM ugyek LIMIT 1").toString();
         platform::Database other;
@@ -163,20 +142,15 @@ private slots:
         }
         open("2");
         pick(entry);
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button("g2")->click();
-        QStringList expected{uzenetszoveg("torol")};
-        if (!told.isEmpty())
-            expected << uzenetszoveg(told);
-        QCOMPARE(boxes.texts(), expected);
+        QCOMPARE(boxes.texts(), messages(told));
         other.close();
         QTEST(count("SELECT count(*) FROM tipusok WHERE tipus = ?", {entry}) == 1, "kept");
         QTEST(listed().contains(entry), "kept");
     }
 
-    // A renamed lawyer is renamed in the cases, the users' and the session's default lawyer; a name
-    // another entry has says "vanmar" and keeps the old entry and the renaming open.
+    // A rename carries into cases, users and session; a clash keeps the old entry and the renaming.
     void renaming()
     {
         const QString lawyer = db().scalar("SELECT ugyved FROM ugyek LIMIT 1").toString();
@@ -190,10 +164,10 @@ private slots:
         open("3");
         pick(lawyer);
         button("g4")->click();
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         edit("ujadat")->setText(other.toUpper());
         button("g5")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("vanmar")});
+        QCOMPARE(boxes.texts(), messages({"vanmar"}));
         QVERIFY(button("g5")->isEnabled());
         QCOMPARE(count("SELECT count(*) FROM ugyek WHERE ugyved = ?", {lawyer}), cases);
 
@@ -207,8 +181,7 @@ private slots:
         QCOMPARE(Session::instance().defaultLawyer, QString("Dr. Átnevezett Ügyvéd"));
     }
 
-    // From the case screen: the editor closes to the case screen and hands over the entry added
-    // last; nothing when none was added, or when a deletion came after.
+    // The case screen gets back the entry added last, unless a deletion came after.
     void handBackToTheCaseScreen_data()
     {
         QTest::addColumn<QStringList>("added");
@@ -229,44 +202,39 @@ private slots:
         QStringList received;
         screens.addToLookupList("21", &caseScreen,
                                 [&](const QString& entry) { received << entry; });
-        Egyebadat* editor = nullptr;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (auto* e = qobject_cast<Egyebadat*>(w); e && e->isVisible())
-                editor = e;
+        Egyebadat* editor = visible<Egyebadat>();
         QVERIFY(editor && !editor->isModal());
-        QCOMPARE(editor->findChild<QListWidget*>("adatlst")->count(), 7);
+        QCOMPARE(list(editor)->count(), 7);
         for (const QString& entry : added) {
             editor->findChild<QLineEdit*>("ujadat")->setText(entry);
             editor->findChild<QPushButton*>("g1")->click();
         }
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         if (deleteAfter) {
-            pick(added.last(), editor);
+            clickItem(list(editor), added.last());
             boxes.answer(platform::AnswerYes);
             editor->findChild<QPushButton*>("g2")->click();
         }
         QPointer<Egyebadat> gone(editor);
         editor->findChild<QPushButton*>("g3")->click();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!gone);
-        QVERIFY(caseScreen.isVisible());
+        QVERIFY(!gone && caseScreen.isVisible());
         QFETCH(QString, handed);
         QCOMPARE(received, QStringList{handed});
     }
 
-    // Without the rights, adding and deleting say "nincsjog" and change nothing; renaming needs
-    // no right.
+    // Adding and deleting need their rights; renaming needs none.
     void refusedWithoutRights()
     {
         Session::instance().rights = QString(20, '0');
         const int before = count("SELECT count(*) FROM tipusok");
         open("2");
         edit("ujadat")->setText("Új típus");
-        testsupport::MessageRecorder boxes;
+        MessageRecorder boxes;
         button("g1")->click();
         pick("Cégügy");
         button("g2")->click();
-        QCOMPARE(boxes.texts(), QStringList(2, uzenetszoveg("nincsjog")));
+        QCOMPARE(boxes.texts(), messages({"nincsjog", "nincsjog"}));
         QCOMPARE(count("SELECT count(*) FROM tipusok"), before);
         button("g4")->click();
         edit("ujadat")->setText("Cégjogi ügy");
@@ -274,8 +242,7 @@ private slots:
         QCOMPARE(count("SELECT count(*) FROM tipusok WHERE tipus = 'Cégjogi ügy'"), 1);
     }
 
-    // The menu's list and postal-code commands open their screen modally over the menu, the
-    // list in the mode asked for.
+    // The menu opens the lists (in the mode asked for) and the postal codes modally over it.
     void menuOpensTheScreens_data()
     {
         QTest::addColumn<QString>("hivo"); // empty: the postal codes
@@ -285,12 +252,12 @@ private slots:
     void menuOpensTheScreens()
     {
         QFETCH(QString, hivo);
-        Alap menu(testsupport::database());
+        Alap menu(db());
         QVERIFY(menu.load());
         reference::install(Session::instance().screens, db());
         menu.show();
         QString seen, seenHivo;
-        testsupport::ModalDialogsExpected expected;
+        ModalDialogsExpected expected;
         QTimer::singleShot(0, [&] {
             QWidget* modal = QApplication::activeModalWidget();
             if (!modal)

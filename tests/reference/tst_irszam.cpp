@@ -1,5 +1,4 @@
-// The postal-code register over a real data file: the grid of a country, new, changed and
-// deleted rows by their key, and the client screen's look-up finding what was entered.
+// The postal-code register: a country's grid, rows written by their key, the client look-up.
 #include "TestSupport.h"
 
 #include "clients/AddressBlock.h"
@@ -11,20 +10,13 @@
 #include "store/Lookups.h"
 #include "store/PostalCodes.h"
 
-#include <memory>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTableView>
-#include <QTest>
-
 using reference::irszam;
+using namespace testsupport;
 
 class tst_irszam : public QObject
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_folder;
     std::unique_ptr<irszam> m_screen;
 
     platform::Database& db() { return m_folder->db(); }
@@ -33,11 +25,7 @@ class tst_irszam : public QObject
     QTableView* grid() { return m_screen->findChild<QTableView*>("DataGrid2"); }
     void chooseCountry(const QString& country)
     {
-        auto* list = m_screen->findChild<QListWidget*>("orszlst");
-        const QList<QListWidgetItem*> found = list->findItems(country, Qt::MatchExactly);
-        QVERIFY2(!found.isEmpty(), qPrintable(country));
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(found.first()).center());
+        clickItem(m_screen->findChild<QListWidget*>("orszlst"), country);
     }
     // Row n of the grid made current and activated with Enter, as the user does.
     void activate(int row)
@@ -56,8 +44,7 @@ class tst_irszam : public QObject
         box->setEditText(country);
         auto* postal = new QLineEdit(&host);
         auto* place = new QLineEdit(&host);
-        clients::AddressBlock block(testsupport::database(), box, postal, place,
-                                    new QListWidget(&host));
+        clients::AddressBlock block(db(), box, postal, place, new QListWidget(&host));
         postal->setText(code);
         block.irszbolhely();
         return place->text();
@@ -66,7 +53,7 @@ class tst_irszam : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<testsupport::TestFolder>();
+        m_folder = std::make_unique<TestFolder>();
         QVERIFY(m_folder->open());
         m_screen = std::make_unique<irszam>(db());
         m_screen->show();
@@ -77,8 +64,7 @@ private slots:
         m_folder.reset();
     }
 
-    // A country's rows only, in three visible columns headed by the labels' texts of the
-    // session's language; the whole Hungarian list is read a page at a time.
+    // Only the country's rows, three columns in the session's language; the long list is paged.
     void gridOfACountry()
     {
         Session::instance().language = 3;
@@ -88,16 +74,8 @@ private slots:
         QVERIFY(source->rowCount() > 0);
         for (int row = 0; row < source->rowCount(); ++row)
             QCOMPARE(source->value(row, "Orszag").toString(), QString("Ausztria"));
-        QStringList shown;
-        for (int c = 0; c < grid()->model()->columnCount(); ++c)
-            if (!grid()->isColumnHidden(c))
-                shown << QString("%1 %2")
-                                 .arg(grid()->model()->headerData(c, Qt::Horizontal).toString())
-                                 .arg(grid()->columnWidth(c));
-        const auto px = [](int twips) { return platform::twipsToPixels(twips); };
-        QCOMPARE(shown,
-                 (QStringList{QString("Postcode %1").arg(px(800)), QString("Town %1").arg(px(2400)),
-                              QString("Country %1").arg(px(1500))}));
+        QCOMPARE(gridShown(grid(), *source).first(), (QStringList{"Postcode", "Town", "Country"}));
+        QCOMPARE(columnWidths(grid()), pixels({800, 2400, 1500}));
 
         chooseCountry("Magyarország");
         QCOMPARE(source->rowCount(), 256);
@@ -106,21 +84,17 @@ private slots:
         QCOMPARE(source->rowCount(), 3574);
     }
 
-    // A new code is stored with the chosen country, shown in the grid, the fields emptied; the
-    // client screen's look-ups then find it both ways, and it follows its country's renaming. A
-    // row without a place is not stored and its entry stays. A country named with an
-    // apostrophe, added in the lookup list, works throughout.
+    // The client screen's look-ups find a new code both ways, also for a country named with an
+    // apostrophe; a row without a place is not stored; a country's renaming carries over.
     void newCodeIsFoundByTheClientScreen_data()
     {
         QTest::addColumn<QString>("country");
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("place");
-        QTest::newRow("Austria") << "Ausztria"
-                                 << "9999"
-                                 << "Neudorf am See";
-        QTest::newRow("apostrophe") << "O'Higgins"
-                                    << "6000"
-                                    << "Villa O'Higgins";
+        QTest::newRow("Austria") << QString("Ausztria") << QString("9999")
+                                 << QString("Neudorf am See");
+        QTest::newRow("apostrophe")
+                << QString("O'Higgins") << QString("6000") << QString("Villa O'Higgins");
     }
     void newCodeIsFoundByTheClientScreen()
     {
@@ -147,15 +121,9 @@ private slots:
                          .toString(),
                  country);
         QCOMPARE(edit("irsz")->text() + edit("hely")->text(), QString());
-        bool inGrid = false;
-        platform::ListSource* source = m_screen->source();
-        for (int row = 0; row < source->rowCount(); ++row)
-            inGrid = inGrid
-                     || (source->value(row, "Hely") == place
-                         && source->value(row, "Orszag") == country);
-        QVERIFY(inGrid);
+        QVERIFY(gridShown(grid(), *m_screen->source()).contains({code, place, country}));
         QCOMPARE(lookedUp(country, code), place);
-        QCOMPARE(clients::irszhelybol(testsupport::database(), country, place), code);
+        QCOMPARE(clients::irszhelybol(db(), country, place), code);
 
         QVERIFY(store::Lookups(db(), store::LookupList::Countries)
                         .rename(country, country + " régió")
@@ -164,9 +132,7 @@ private slots:
                  country + " régió");
     }
 
-    // Deleting removes the row last activated, even when the highlight moved on afterwards, and
-    // no other; changing writes the activated row, and one deleted meanwhile elsewhere is told
-    // and written nowhere else.
+    // The row last activated is the one deleted or changed, even after the highlight moved on.
     void activatedRowIsTheOneWritten()
     {
         chooseCountry("Magyarország");
@@ -176,10 +142,9 @@ private slots:
         grid()->setCurrentIndex(grid()->model()->index(7, 1));
         const QVariant seventh = keyAt(7);
         const int before = db().scalar("SELECT count(*) FROM irsz").toInt();
-        testsupport::MessageRecorder boxes;
-        boxes.answer(platform::AnswerYes);
+        MessageRecorder boxes{platform::AnswerYes};
         button("g4")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("torol")});
+        QCOMPARE(boxes.texts(), messages({"torol"}));
         QVERIFY(store::PostalCodes(db()).find(fifth).isEmpty());
         QVERIFY(!store::PostalCodes(db()).find(seventh).isEmpty());
         QCOMPARE(db().scalar("SELECT count(*) FROM irsz").toInt(), before - 1);
@@ -201,7 +166,7 @@ private slots:
         QVERIFY(store::PostalCodes(other).remove(third).stored());
         boxes.clear();
         button("g3")->click();
-        QCOMPARE(boxes.texts(), QStringList{uzenetszoveg("nincsmar")});
+        QCOMPARE(boxes.texts(), messages({"nincsmar"}));
         QCOMPARE(edit("hely")->text(), QString("Máshol törölt"));
         QCOMPARE(db().scalar("SELECT count(*) FROM irsz WHERE hely = 'Máshol törölt'").toInt(), 0);
     }

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 
+#include "locale/Uzenet.h"
 #include "platform/Display.h"
 #include "platform/ListSource.h"
 #include "session/Session.h"
@@ -7,9 +8,11 @@
 #include "store/Settings.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
+#include <QListWidget>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTableView>
@@ -33,14 +36,19 @@ QString templateFolder(bool demo)
     }
     return folder;
 }
+// The answer of a box's default button.
+int defaultAnswer(const platform::ShownMessage& m)
+{
+    if (m.style == platform::Confirmation)
+        return platform::AnswerNo;
+    return m.style == platform::RestoreQuestion ? platform::AnswerYes : platform::AnswerOk;
+}
 // With no recorder in place a box must never wait for a user: it is reported and answered with
 // its default button.
 int unexpectedMessage(const platform::ShownMessage& m)
 {
     qWarning("message box: %s", qPrintable(m.text));
-    if (m.style == platform::Confirmation)
-        return platform::AnswerNo;
-    return m.style == platform::RestoreQuestion ? platform::AnswerYes : platform::AnswerOk;
+    return defaultAnswer(m);
 }
 // Watches for a modal dialog that no test drives: one still up at two looks half a second
 // apart is reported (failing the test) and closed, so the test ends at once instead of
@@ -164,20 +172,15 @@ QByteArray readFile(const QString& path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-MessageRecorder::MessageRecorder()
+MessageRecorder::MessageRecorder(std::initializer_list<int> answers) : m_answers(answers)
 {
     platform::setMessageHandler([this](const platform::ShownMessage& m) {
         m_shown << m;
-        if (!m_answers.empty()) {
-            const int a = m_answers.front();
-            m_answers.pop_front();
-            return a;
-        }
-        if (m.style == platform::Confirmation)
-            return int(platform::AnswerNo);
-        if (m.style == platform::RestoreQuestion)
-            return int(platform::AnswerYes);
-        return int(platform::AnswerOk);
+        if (m_answers.empty())
+            return defaultAnswer(m);
+        const int a = m_answers.front();
+        m_answers.pop_front();
+        return a;
     });
 }
 
@@ -216,6 +219,82 @@ QList<QStringList> gridShown(const QTableView* grid, platform::ListSource& sourc
         rows << values;
     }
     return rows;
+}
+
+void deleteWindows(const QWidget* keep)
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w != keep)
+            w->deleteLater();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void type(QWidget* w, const QString& text)
+{
+    for (const QChar c : text) {
+        const Qt::Key key = c == u'\b' ? Qt::Key_Backspace : Qt::Key(c.toUpper().unicode());
+        QTest::sendKeyEvent(QTest::Click, w, key, QString(c), {});
+    }
+}
+
+void leave(QWidget* w, const QString& typed)
+{
+    w->setFocus();
+    type(w, typed);
+    QTest::keyClick(w, Qt::Key_Tab);
+}
+
+void clickItem(QListWidget* list, const QString& text)
+{
+    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
+    QVERIFY2(!found.isEmpty(), qPrintable(text));
+    list->scrollToItem(found.first());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(found.first()).center());
+}
+
+QStringList shown(const QWidget* screen, const QStringList& names)
+{
+    QStringList texts;
+    for (const QString& name : names) {
+        const QWidget* w = screen->findChild<QWidget*>(name);
+        const auto* box = qobject_cast<const QComboBox*>(w);
+        const QVariant text = w ? w->property("text") : QVariant();
+        texts << (box ? box->currentText() : text.isValid() ? text.toString() : "?");
+    }
+    return texts;
+}
+
+QList<int> columnWidths(const QTableView* grid)
+{
+    QList<int> widths;
+    for (int c = 0; c < grid->model()->columnCount(); ++c)
+        if (!grid->isColumnHidden(c))
+            widths << grid->columnWidth(c);
+    return widths;
+}
+
+QList<int> pixels(QList<int> twips)
+{
+    for (int& t : twips)
+        t = platform::twipsToPixels(t);
+    return twips;
+}
+
+QStringList messages(QStringList codes)
+{
+    for (QString& code : codes)
+        code = uzenetszoveg(code);
+    return codes;
+}
+
+QStringList values(platform::Database& db, const QString& sql, const QVariantList& params)
+{
+    QStringList texts;
+    for (const platform::Row& row : db.select(sql, params))
+        for (int i = 0; i < row.count(); ++i)
+            texts << row.value(i).toString();
+    return texts;
 }
 
 } // namespace testsupport

@@ -1,18 +1,27 @@
 #pragma once
 
+// Shared pieces of the tests; it brings in the Qt widgets that most screen tests drive.
+
 #include "platform/Database.h"
 #include "platform/Messages.h"
 #include "store/Catalogue.h"
 
 #include <deque>
+#include <memory>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QList>
+#include <QListWidget>
+#include <QPushButton>
 #include <QStringList>
+#include <QTableView>
 #include <QTemporaryDir>
+#include <QTest>
 
 namespace platform {
 class ListSource;
 }
-class QTableView;
 
 namespace testsupport {
 
@@ -60,11 +69,12 @@ void writeFile(const QString& path, const QByteArray& bytes);
 QByteArray readFile(const QString& path);
 
 // Stands in for the user in front of message boxes: records every box and answers from a
-// script; with nothing scripted it presses the box's default button.
+// script (the answers given first, then those added); with nothing scripted it presses the box's
+// default button.
 class MessageRecorder
 {
 public:
-    MessageRecorder();
+    explicit MessageRecorder(std::initializer_list<int> answers = {});
     ~MessageRecorder();
     void answer(int answer) { m_answers.push_back(answer); }
     const QList<platform::ShownMessage>& shown() const { return m_shown; }
@@ -79,5 +89,41 @@ private:
 // What a list grid shows, every page read: its visible headings left to right, then each
 // row's visible values.
 QList<QStringList> gridShown(const QTableView* grid, platform::ListSource& source);
+
+// The shown window of class T.
+template<class T>
+T* visible()
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* t = qobject_cast<T*>(w); t && t->isVisible())
+            return t;
+    return nullptr;
+}
+// The record screen of class T that is loaded (shown or hidden) and not being unloaded.
+template<class T>
+T* loaded()
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* t = qobject_cast<T*>(w); t && !t->isUnloading())
+            return t;
+    return nullptr;
+}
+// Deletes every window but `keep` that a test left open.
+void deleteWindows(const QWidget* keep = nullptr);
+// Types a character at a time (key clicks carry ASCII only); \b is Backspace.
+void type(QWidget* w, const QString& text);
+// Enters a field, types, and leaves it with Tab.
+void leave(QWidget* w, const QString& typed = {});
+void clickItem(QListWidget* list, const QString& text);
+// The texts the named fields of a screen show (a choice box's current one); "?" for a field
+// that is not there or shows no text.
+QStringList shown(const QWidget* screen, const QStringList& names);
+// The widths of a grid's visible columns, left to right, and what twips give on screen.
+QList<int> columnWidths(const QTableView* grid);
+QList<int> pixels(QList<int> twips);
+// The texts of message codes in the session's language.
+QStringList messages(QStringList codes);
+// Every value of every row a query returns, as text: to compare what a command touched.
+QStringList values(platform::Database& db, const QString& sql, const QVariantList& params = {});
 
 } // namespace testsupport
