@@ -224,7 +224,7 @@ QList<QStringList> gridShown(const QTableView* grid, platform::ListSource& sourc
 void deleteWindows(const QWidget* keep)
 {
     for (QWidget* w : QApplication::topLevelWidgets())
-        if (w != keep)
+        if (w != keep && !w->parentWidget())
             w->deleteLater();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }

@@ -108,7 +108,8 @@ T* loaded()
             return t;
     return nullptr;
 }
-// Deletes every window but `keep` that a test left open.
+// Deletes every window but `keep` that a test left open. Windows with a parent (a choice box's
+// list) go with it: deleted first, they would leave the parent a dangling pointer.
 void deleteWindows(const QWidget* keep = nullptr);
 // Types a character at a time (key clicks carry ASCII only); \b is Backspace.
 void type(QWidget* w, const QString& text);
